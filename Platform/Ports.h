@@ -1,0 +1,77 @@
+#pragma once
+
+namespace vantor {
+
+class Appearance;
+class BootTime;
+class CallStack;
+class Clock;
+class Directories;
+class DistributedNotifications;
+class LoadAverages;
+class MachineIdentity;
+class MainQueue;
+class NotificationCenter;
+class PreferenceDomain;
+class ProcessorCounters;
+class RegionalSettings;
+class SystemLog;
+class Witness;
+class WorkQueues;
+class Workspace;
+
+/// Everything the program asks of the world. Whoever makes a `ProcessContext` keeps these alive
+/// for longer than it.
+struct Ports {
+    Clock& clock;
+    MainQueue& mainQueue;
+    WorkQueues& workQueues;
+    ProcessorCounters& processorCounters;
+    LoadAverages& loadAverages;
+    BootTime& bootTime;
+    Directories& directories;
+    SystemLog& systemLog;
+    Workspace& workspace;
+    PreferenceDomain& preferences;
+    DistributedNotifications& distributedNotifications;
+    NotificationCenter& localNotifications;
+    Appearance& appearance;
+    MachineIdentity& machineIdentity;
+    RegionalSettings& regionalSettings;
+    CallStack& callStack;
+    Witness* witness = nullptr;
+};
+
+/// Ports that stand in for others; null leaves the one that there is.
+struct PortOverrides {
+    ProcessorCounters* processorCounters = nullptr;
+    LoadAverages* loadAverages = nullptr;
+    PreferenceDomain* preferences = nullptr;
+    Appearance* appearance = nullptr;
+};
+
+/// `ports`, with those of `overrides` in the place of its own.
+inline Ports overriddenPorts(const Ports& ports, const PortOverrides& overrides) {
+    const auto pick = [](auto* override_, auto& own) -> auto& {
+        return override_ != nullptr ? *override_ : own;
+    };
+    return {.clock = ports.clock,
+            .mainQueue = ports.mainQueue,
+            .workQueues = ports.workQueues,
+            .processorCounters = pick(overrides.processorCounters, ports.processorCounters),
+            .loadAverages = pick(overrides.loadAverages, ports.loadAverages),
+            .bootTime = ports.bootTime,
+            .directories = ports.directories,
+            .systemLog = ports.systemLog,
+            .workspace = ports.workspace,
+            .preferences = pick(overrides.preferences, ports.preferences),
+            .distributedNotifications = ports.distributedNotifications,
+            .localNotifications = ports.localNotifications,
+            .appearance = pick(overrides.appearance, ports.appearance),
+            .machineIdentity = ports.machineIdentity,
+            .regionalSettings = ports.regionalSettings,
+            .callStack = ports.callStack,
+            .witness = ports.witness};
+}
+
+}  // namespace vantor

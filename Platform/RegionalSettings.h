@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace vantor {
+
+/// Port: the user's regional settings. Any thread.
+class RegionalSettings {
+public:
+    virtual ~RegionalSettings() = default;
+    virtual bool usesMetricSystem() const = 0;
+    /// How a time without seconds is written, in date pattern letters: "HH:mm", "h:mm a".
+    virtual std::string shortTimeFormat() const = 0;
+};
+
+}  // namespace vantor

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string_view>
+
+#include "Foundation/NotificationCenter.h"
+#include "Platform/Witness.h"
+
+namespace vantor::simulated {
+
+/// Hears everything that the world around a simulated program could notice. Every operation does
+/// nothing here, so that a listener takes only what it wants.
+class Journal : public Witness {
+public:
+    virtual void length(double) {}
+    virtual void repaint() {}
+    /// `center` is "local" or "distributed".
+    virtual void notification(std::string_view /*center*/, std::string_view /*name*/,
+                              const NotificationInfo&) {}
+    virtual void systemLog(std::string_view) {}
+    virtual void launch(std::string_view /*path*/) {}
+
+    void measures(std::string_view, std::optional<int>) override {}
+    void updated(std::string_view, int) override {}
+    void extraLoaded(std::string_view) override {}
+    void extraUnloaded(std::string_view) override {}
+};
+
+}  // namespace vantor::simulated

@@ -1,0 +1,109 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "Foundation/NotificationCenter.h"
+#include "Foundation/PropertyValue.h"
+#include "Platform/LoadAverages.h"
+#include "Platform/MachineIdentity.h"
+#include "Platform/ProcessorCounters.h"
+#include "Platform/Simulated/SimulatedProcessorCounters.h"
+
+namespace vantor::simulated {
+
+/// What is wrong with a scenario, and where: "events/3/stall: expected a number".
+class ScenarioError : public std::runtime_error {
+public:
+    ScenarioError(std::string_view place, std::string_view reason);
+};
+
+/// What changes about the machine, or how it is at the start; what is absent stays.
+struct MachineChange {
+    std::optional<std::vector<ProcessorTicks>> ticks;
+    std::optional<std::vector<SimulatedProcessorCounters::Rates>> rates;
+    std::optional<FixedLoads> loads;
+    std::optional<std::int32_t> tasks, threads;
+};
+
+/// The preferences application writes the domain and says so.
+struct PreferenceWrite {
+    std::string key;
+    PropertyValue value;  // nothing removes the key
+    std::string notification;  // "" says nothing
+    NotificationInfo info;
+};
+
+struct AppearanceChange {
+    std::optional<bool> dark, contrast;
+};
+
+struct ClockStep {
+    double seconds;
+};
+/// The main queue is held up.
+struct Stall {
+    double seconds;
+};
+struct Sleep {
+    double seconds;
+};
+/// The program ends in good order and starts again on the same files.
+struct Restart {
+    double pauseSeconds;
+};
+/// The process dies; nothing is flushed. It may start again.
+struct Kill {
+    std::optional<double> pauseSeconds;
+};
+
+struct ScenarioEvent {
+    using Action = std::variant<MachineChange, PreferenceWrite, AppearanceChange, ClockStep, Stall,
+                                Sleep, Restart, Kill>;
+    double at;  // seconds after the start
+    Action action;
+};
+
+struct ScenarioOutput {
+    double at;  // seconds after the start
+    std::string dump;  // the file's name
+};
+
+/// What a machine does, and what is written about the program on it.
+struct Scenario {
+    enum class Extra { cpu, combined };
+
+    double start = 0;  // seconds since 1970
+    double until = 0;  // seconds after the start
+    double latencySeconds = 0.002;
+    std::string timezone = "UTC";
+    std::string locale = "en_US";
+
+    std::size_t cpus = 2;
+    std::int64_t configuredCPUs = 2, logicalCores = 2, physicalCores = 2;
+    MachineChange machine;
+    std::optional<std::int64_t> bootSeconds;
+    std::optional<std::string> model;
+
+    PropertyValue::Dictionary preferences;
+    bool dark = false, contrast = false;
+    Extra extra = Extra::cpu;
+    SystemVersion system{10, 11, 0};
+    std::vector<ScenarioEvent> events;    // "at" never falls
+    std::vector<ScenarioOutput> outputs;  // "at" never falls
+};
+
+/// Throws ScenarioError: not JSON, an unknown key, a wrong type, a time that goes backwards.
+Scenario scenarioFromText(std::string_view text);
+
+/// The same for a file; one that can't be read is a ScenarioError, too.
+Scenario scenarioFromFile(const std::filesystem::path& file);
+
+}  // namespace vantor::simulated

@@ -1,0 +1,146 @@
+#pragma once
+
+#include <array>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Platform/Appearance.h"
+#include "Platform/BootTime.h"
+#include "Platform/CallStack.h"
+#include "Platform/Directories.h"
+#include "Platform/LoadAverages.h"
+#include "Platform/MachineIdentity.h"
+#include "Platform/RegionalSettings.h"
+#include "Platform/Simulated/Journal.h"
+#include "Platform/SystemLog.h"
+#include "Platform/Workspace.h"
+
+// The ports that answer what they were told.
+
+namespace vantor::simulated {
+
+class SimulatedLoadAverages final : public LoadAverages {
+public:
+    void setLoads(const FixedLoads& loads) noexcept { loads_ = loads; }
+    FixedLoads readLoads() noexcept override { return loads_; }
+
+private:
+    FixedLoads loads_{{}, 2048};
+};
+
+class SimulatedBootTime final : public BootTime {
+public:
+    /// Nothing makes the reading fail.
+    void setBootSeconds(std::optional<std::int64_t> seconds) noexcept { seconds_ = seconds; }
+    std::optional<std::int64_t> bootSeconds() const noexcept override { return seconds_; }
+
+private:
+    std::optional<std::int64_t> seconds_;
+};
+
+/// Everything below one folder; without a folder the user has no places of his own.
+class SimulatedDirectories final : public Directories {
+public:
+    void setRoot(std::optional<std::filesystem::path> root) { root_ = std::move(root); }
+    void setResources(std::filesystem::path resources) { resources_ = std::move(resources); }
+
+    std::optional<std::filesystem::path> applicationSupport() const override {
+        return below("Application Support");
+    }
+    std::optional<std::filesystem::path> logs() const override { return below("Logs"); }
+    std::optional<std::filesystem::path> preferences() const override {
+        return below("Preferences");
+    }
+    std::filesystem::path resources() const override { return resources_; }
+    std::filesystem::path systemRoot() const override {
+        return below("System").value_or("/nonexistent");
+    }
+
+private:
+    std::optional<std::filesystem::path> below(const char* name) const {
+        return root_ ? std::optional(*root_ / name) : std::nullopt;
+    }
+    std::optional<std::filesystem::path> root_;
+    std::filesystem::path resources_ = "/nonexistent";
+};
+
+class SimulatedSystemLog final : public SystemLog {
+public:
+    explicit SimulatedSystemLog(Journal* journal) noexcept : journal_(journal) {}
+    const std::vector<std::string>& lines() const noexcept { return lines_; }
+    void write(std::string_view text) noexcept override {
+        if (journal_ != nullptr)
+            journal_->systemLog(text);
+        else
+            lines_.emplace_back(text);
+    }
+
+private:
+    Journal* journal_;
+    std::vector<std::string> lines_;  // without a journal
+};
+
+class SimulatedWorkspace final : public Workspace {
+public:
+    explicit SimulatedWorkspace(Journal* journal) noexcept : journal_(journal) {}
+    void willSleep() { center_.post(kWorkspaceWillSleep); }
+    void didWake() { center_.post(kWorkspaceDidWake); }
+    const std::vector<std::string>& launched() const noexcept { return launched_; }
+
+    NotificationCenter& notificationCenter() noexcept override { return center_; }
+    bool launchApplication(std::string_view name) override {
+        launched_.emplace_back(name);
+        if (journal_ != nullptr)
+            journal_->launch(name);
+        return true;
+    }
+
+private:
+    Journal* journal_;
+    NotificationCenter center_;
+    std::vector<std::string> launched_;
+};
+
+class SimulatedAppearance final : public Appearance {
+public:
+    void setDark(bool dark) noexcept { dark_ = dark; }
+    void setContrast(bool contrast) noexcept { contrast_ = contrast; }
+    bool isDark() const noexcept override { return dark_; }
+    bool increasesContrast() const noexcept override { return contrast_; }
+
+private:
+    bool dark_ = false, contrast_ = false;
+};
+
+class SimulatedMachineIdentity final : public MachineIdentity {
+public:
+    void setModelIdentifier(std::optional<std::string> model) { model_ = std::move(model); }
+    void setSystemVersion(SystemVersion version) noexcept { version_ = version; }
+    std::optional<std::string> modelIdentifier() const override { return model_; }
+    SystemVersion systemVersion() const noexcept override { return version_; }
+
+private:
+    std::optional<std::string> model_;
+    SystemVersion version_{10, 11, 0};
+};
+
+/// The settings that go with a language tag, such as "en_US" or "ja_JP".
+class SimulatedRegionalSettings final : public RegionalSettings {
+public:
+    void setLocale(std::string tag) { tag_ = std::move(tag); }
+    bool usesMetricSystem() const override;
+    std::string shortTimeFormat() const override;
+
+private:
+    std::string tag_ = "en_US";
+};
+
+class SimulatedCallStack final : public CallStack {
+public:
+    std::string symbols() const override { return "0   simulated"; }
+};
+
+}  // namespace vantor::simulated

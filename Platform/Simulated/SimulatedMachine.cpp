@@ -1,0 +1,30 @@
+#include "Platform/Simulated/SimulatedMachine.h"
+
+namespace vantor::simulated {
+
+SimulatedMachine::SimulatedMachine(double start, double latencySeconds, Journal* journalOrNull)
+    : journal(journalOrNull), mainQueue(start, latencySeconds), clock(mainQueue),
+      processorCounters(mainQueue), systemLog(journal), workspace(journal),
+      distributedNotifications(mainQueue, journal), localNotifications(journal) {}
+
+Ports SimulatedMachine::ports() {
+    return {.clock = clock,
+            .mainQueue = mainQueue,
+            .workQueues = workQueues,
+            .processorCounters = processorCounters,
+            .loadAverages = loadAverages,
+            .bootTime = bootTime,
+            .directories = directories,
+            .systemLog = systemLog,
+            .workspace = workspace,
+            .preferences = preferences,
+            .distributedNotifications = distributedNotifications,
+            .localNotifications = localNotifications,
+            .appearance = appearance,
+            .machineIdentity = machineIdentity,
+            .regionalSettings = regionalSettings,
+            .callStack = callStack,
+            .witness = journal};
+}
+
+}  // namespace vantor::simulated

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+namespace vantor {
+
+/// Port: somebody who watches the program from within, such as the simulator's journal. It
+/// changes nothing. Main queue only.
+class Witness {
+public:
+    virtual ~Witness() = default;
+    /// A measurement begins. `sequence` is the tick's, or nothing outside a tick.
+    virtual void measures(std::string_view collector, std::optional<int> sequence) = 0;
+    /// A collector tells one delegate that row `mode` of its schedule was handled.
+    virtual void updated(std::string_view collector, int mode) = 0;
+    virtual void extraLoaded(std::string_view extra) = 0;
+    virtual void extraUnloaded(std::string_view extra) = 0;
+};
+
+}  // namespace vantor

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string_view>
+
+#include "Foundation/NotificationCenter.h"
+
+namespace vantor {
+
+inline constexpr std::string_view kWorkspaceWillSleep = "NSWorkspaceWillSleepNotification";
+inline constexpr std::string_view kWorkspaceDidWake = "NSWorkspaceDidWakeNotification";
+
+/// Port: the desktop session. Main queue.
+class Workspace {
+public:
+    virtual ~Workspace() = default;
+    /// Posts kWorkspaceWillSleep before the machine sleeps and kWorkspaceDidWake after it woke.
+    virtual NotificationCenter& notificationCenter() noexcept = 0;
+    /// Starts the application of that name; false where the desktop has none.
+    virtual bool launchApplication(std::string_view name) = 0;
+};
+
+}  // namespace vantor
