@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Platform/SystemLog.h"
+
+namespace vantor {
+
+/// The system's journal through syslog(3); in its place the terminal, where there is one.
+/// A program has one at a time: the connection to the journal is the process's.
+class LinuxSystemLog final : public SystemLog {
+public:
+    /// `terminal`, which is standard error but under test, is used where it is a terminal.
+    explicit LinuxSystemLog(int terminal = 2) noexcept;
+    ~LinuxSystemLog() override;
+    LinuxSystemLog(const LinuxSystemLog&) = delete;
+    LinuxSystemLog& operator=(const LinuxSystemLog&) = delete;
+    void write(std::string_view text) noexcept override;
+
+private:
+    int terminal_;  // -1: the journal
+};
+
+}  // namespace vantor

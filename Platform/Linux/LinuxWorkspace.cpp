@@ -1,0 +1,96 @@
+#include "Platform/Linux/LinuxWorkspace.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <utility>
+
+#include <systemd/sd-bus.h>
+
+#include "Platform/Linux/DesktopEntry.h"
+
+namespace vantor {
+namespace {
+
+struct Application {
+    std::string_view name;
+    std::span<const std::string_view> desktopFiles;  // those preferred first
+};
+
+// A log viewer is worth more than a bare terminal, and a window more than a terminal's program.
+constexpr std::string_view kSystemMonitors[] = {
+    "org.gnome.SystemMonitor.desktop",
+    "gnome-system-monitor.desktop",
+    "org.kde.plasma-systemmonitor.desktop",
+    "org.kde.ksysguard.desktop",
+    "mate-system-monitor.desktop",
+    "xfce4-taskmanager.desktop",
+    "lxtask.desktop",
+    "htop.desktop",
+};
+constexpr std::string_view kConsoles[] = {
+    "org.gnome.Logs.desktop",     "org.kde.ksystemlog.desktop", "mate-system-log.desktop",
+    "org.gnome.Terminal.desktop", "org.gnome.Console.desktop",  "org.kde.konsole.desktop",
+    "mate-terminal.desktop",      "xfce4-terminal.desktop",     "lxterminal.desktop",
+    "debian-xterm.desktop",
+};
+constexpr std::string_view kPreferences[] = {
+    "com.kolbrin.vantorbar.Preferences.desktop",
+    "com.kolbrin.vantorbar.desktop",
+};
+constexpr std::string_view kUsualSearchPath = "/usr/local/bin:/usr/bin:/bin";
+constexpr std::array kApplications{
+    Application{"Activity Monitor.app", kSystemMonitors},
+    Application{"Console.app", kConsoles},
+    Application{"Vantor Bar.app", kPreferences},
+};
+
+}  // namespace
+
+LinuxWorkspace::LinuxWorkspace(LinuxMainQueue& queue, BusConnection& systemBus,
+                               const Directories& directories, Environment environment)
+    : queue_(queue), bus_(systemBus), directories_(directories),
+      environment_(std::move(environment)),
+      searchPath_(nonEmpty(environment_, "PATH").value_or(std::string(kUsualSearchPath))),
+      processes_(queue) {
+    queue_.async([handle = weakSource_.handle()] {
+        if (auto* const self = handle.get())
+            self->listen();
+    });
+}
+
+void LinuxWorkspace::listen() {
+    subscription_ = bus_.onSignal({.peer = "org.freedesktop.login1",
+                                   .path = "/org/freedesktop/login1",
+                                   .interface = "org.freedesktop.login1.Manager",
+                                   .member = "PrepareForSleep"},
+                                  [this](sd_bus_message& message) { prepareForSleep(message); });
+}
+
+/// True before the machine sleeps, false after it woke. Told as a call of its own, because an
+/// observer may do anything, and the bus is at work here.
+void LinuxWorkspace::prepareForSleep(sd_bus_message& message) {
+    int begins = 0;
+    if (sd_bus_message_read(&message, "b", &begins) <= 0)
+        return;
+    queue_.async([handle = weakSource_.handle(), begins] {
+        if (auto* const self = handle.get())
+            self->notificationCenter_.post(begins != 0 ? kWorkspaceWillSleep : kWorkspaceDidWake);
+    });
+}
+
+bool LinuxWorkspace::launchApplication(std::string_view name) {
+    const auto known = std::ranges::find(kApplications, name, &Application::name);
+    return known != kApplications.end() &&
+           std::ranges::any_of(known->desktopFiles,
+                               [this](std::string_view id) { return launchEntry(id); });
+}
+
+bool LinuxWorkspace::launchEntry(std::string_view id) {
+    const auto folders = applicationFolders(directories_.applicationSupport(), environment_);
+    const auto entry = findDesktopEntry(id, folders);
+    auto command = entry ? commandOf(*entry, searchPath_) : std::nullopt;
+    return command && processes_.start(*std::move(command));
+}
+
+}  // namespace vantor

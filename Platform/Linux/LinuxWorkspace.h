@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+
+#include "Foundation/WeakHandle.h"
+#include "Platform/Directories.h"
+#include "Platform/Linux/BusConnection.h"
+#include "Platform/Linux/DetachedProcesses.h"
+#include "Platform/Linux/Environment.h"
+#include "Platform/Workspace.h"
+
+namespace vantor {
+
+/// The session as logind and the installed desktop files know it. logind is listened to once
+/// the main queue runs.
+class LinuxWorkspace final : public Workspace {
+public:
+    LinuxWorkspace(LinuxMainQueue& queue, BusConnection& systemBus, const Directories& directories,
+                   Environment environment);
+    NotificationCenter& notificationCenter() noexcept override { return notificationCenter_; }
+    /// Knows the applications that the suite names; each stands for the first of its kind that
+    /// is installed.
+    bool launchApplication(std::string_view name) override;
+
+private:
+    void listen();
+    void prepareForSleep(sd_bus_message& message);
+    bool launchEntry(std::string_view id);
+
+    MainQueue& queue_;
+    BusConnection& bus_;
+    const Directories& directories_;
+    Environment environment_;
+    std::string searchPath_;
+    NotificationCenter notificationCenter_;
+    DetachedProcesses processes_;
+    BusConnection::Slot subscription_;
+    WeakSource<LinuxWorkspace> weakSource_{*this};
+};
+
+}  // namespace vantor

@@ -1,0 +1,248 @@
+#include "Platform/Linux/BusConnection.h"
+
+#include <memory>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <systemd/sd-bus.h>
+
+#include "Platform/Linux/LinuxClock.h"
+#include "Tests/Support/BusPeer.h"
+#include "Tests/Support/PrivateBus.h"
+#include "Tests/Support/QueueWorld.h"
+
+namespace vantor {
+namespace {
+
+using test::BusPeer;
+using test::KeptLog;
+using test::PrivateBus;
+using test::runUntil;
+using test::settle;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+const BusAddressee kSignal{.peer = "", .path = "/a", .interface = "b.c", .member = "D"};
+
+class BusConnectionTest : public testing::Test {
+protected:
+    BusConnection connectionTo(std::optional<std::string> address) {
+        return {queue, log, {"Test bus", "tests stand still"}, std::move(address)};
+    }
+    /// Notes the text that a signal carries.
+    BusConnection::Handler notes() {
+        return [this](sd_bus_message& message) {
+            const char* text = "";
+            EXPECT_GT(sd_bus_message_read(&message, "s", &text), 0);
+            heard.emplace_back(text);
+        };
+    }
+
+    LinuxMainQueue queue;
+    KeptLog log;
+    PrivateBus bus;
+    std::vector<std::string> heard;
+};
+
+TEST_F(BusConnectionTest, SignalsThatMatchAreHeard) {
+    auto connection = connectionTo(bus.address());
+    const auto slot = connection.onSignal(kSignal, notes());
+    ASSERT_TRUE(settle(queue, connection));
+    BusPeer peer(queue, bus.address());
+    peer.emitSignal({.peer = "", .path = "/other", .interface = "b.c", .member = "D"}, "s", "no");
+    peer.emitSignal({.peer = "", .path = "/a", .interface = "b.c", .member = "Other"}, "s", "no");
+    peer.emitSignal(kSignal, "s", "yes");
+    EXPECT_TRUE(runUntil(queue, [&] { return !heard.empty(); }));
+    EXPECT_THAT(heard, ElementsAre("yes"));
+    EXPECT_THAT(log.lines, IsEmpty());
+}
+
+TEST_F(BusConnectionTest, FirstArgumentNarrowsWhatIsHeard) {
+    auto connection = connectionTo(bus.address());
+    const auto slot = connection.onSignal(kSignal, notes(), "mine");
+    ASSERT_TRUE(settle(queue, connection));
+    BusPeer peer(queue, bus.address());
+    peer.emitSignal(kSignal, "s", "other");
+    peer.emitSignal(kSignal, "s", "mine");
+    EXPECT_TRUE(runUntil(queue, [&] { return !heard.empty(); }));
+    EXPECT_THAT(heard, ElementsAre("mine"));
+}
+
+TEST_F(BusConnectionTest, OnlyTheNamedPeerIsHeard) {
+    BusPeer owner(queue, bus.address(), "test.Owner"), stranger(queue, bus.address());
+    auto connection = connectionTo(bus.address());
+    auto from = kSignal;
+    from.peer = "test.Owner";
+    const auto slot = connection.onSignal(from, notes());
+    ASSERT_TRUE(settle(queue, connection));
+    stranger.emitSignal(kSignal, "s", "stranger");
+    owner.emitSignal(kSignal, "s", "owner");
+    EXPECT_TRUE(runUntil(queue, [&] { return !heard.empty(); }));
+    EXPECT_THAT(heard, ElementsAre("owner"));
+}
+
+TEST_F(BusConnectionTest, SignalThatAStrangerSendsToUsAloneIsIgnored) {
+    BusPeer owner(queue, bus.address(), "test.Owner"), stranger(queue, bus.address());
+    auto connection = connectionTo(bus.address());
+    auto from = kSignal;
+    from.peer = "test.Owner";
+    const auto slot = connection.onSignal(from, notes());
+    std::string ownName;
+    stranger.setAnswer([&](sd_bus_message* call) {
+        ownName = sd_bus_message_get_sender(call);
+        return sd_bus_reply_method_return(call, "");
+    });
+    const char* strangersName = nullptr;
+    ASSERT_GE(sd_bus_get_unique_name(stranger.get(), &strangersName), 0);
+    auto to = kSignal;
+    to.peer = strangersName;
+    const auto hello = connection.newCall(to);
+    connection.send(*hello);
+    ASSERT_TRUE(runUntil(queue, [&] { return !ownName.empty(); }));
+
+    stranger.emitSignalTo(ownName, kSignal, "s", "forged");
+    owner.emitSignal(kSignal, "s", "real");
+
+    EXPECT_TRUE(runUntil(queue, [&] { return !heard.empty(); }));
+    EXPECT_THAT(heard, ElementsAre("real"));
+}
+
+TEST_F(BusConnectionTest, DroppedSubscriptionIsSilent) {
+    auto connection = connectionTo(bus.address());
+    auto slot = connection.onSignal(kSignal, notes());
+    ASSERT_TRUE(settle(queue, connection));
+    slot = {};
+    const auto other = connection.onSignal(kSignal, [&](sd_bus_message&) { heard.push_back("2"); });
+    ASSERT_TRUE(settle(queue, connection));
+    BusPeer(queue, bus.address()).emitSignal(kSignal, "s", "1");
+    EXPECT_TRUE(runUntil(queue, [&] { return !heard.empty(); }));
+    EXPECT_THAT(heard, ElementsAre("2"));
+}
+
+TEST_F(BusConnectionTest, CallIsAnswered) {
+    BusPeer peer(queue, bus.address(), "test.Owner");
+    peer.setAnswer(
+        [](sd_bus_message* call) { return sd_bus_reply_method_return(call, "s", "hi"); });
+    auto connection = connectionTo(bus.address());
+    auto to = kSignal;
+    to.peer = "test.Owner";
+    const auto question = connection.newCall(to);
+    const auto slot = connection.call(*question, notes());
+    EXPECT_TRUE(runUntil(queue, [&] { return !heard.empty(); }));
+    EXPECT_THAT(heard, ElementsAre("hi"));
+}
+
+TEST_F(BusConnectionTest, CallToNobodyIsAnsweredWithAnError) {
+    auto connection = connectionTo(bus.address());
+    auto to = kSignal;
+    to.peer = "test.Nobody";
+    const auto question = connection.newCall(to);
+    const auto slot = connection.call(*question, [&](sd_bus_message& reply) {
+        heard.push_back(sd_bus_message_is_method_error(&reply, nullptr) > 0 ? "error" : "answer");
+    });
+    EXPECT_TRUE(runUntil(queue, [&] { return !heard.empty(); }));
+    EXPECT_THAT(heard, ElementsAre("error"));
+}
+
+TEST_F(BusConnectionTest, FlushedSignalArrivesThoughTheSenderEndsAtOnce) {
+    auto hearer = connectionTo(bus.address());
+    const auto slot = hearer.onSignal(kSignal, notes());
+    ASSERT_TRUE(settle(queue, hearer));
+    {
+        LinuxMainQueue neverRun;
+        BusConnection sender(neverRun, log, {}, bus.address());
+        const auto message = sender.newSignal(kSignal);
+        ASSERT_GE(sd_bus_message_append(message.get(), "s", "last words"), 0);
+        sender.send(*message);
+        sender.flush(5);
+    }
+    EXPECT_TRUE(runUntil(queue, [&] { return !heard.empty(); }));
+    EXPECT_THAT(heard, ElementsAre("last words"));
+}
+
+TEST_F(BusConnectionTest, NoBusIsToldOnce) {
+    auto connection = connectionTo(std::nullopt);
+    EXPECT_FALSE(connection.open());
+    EXPECT_FALSE(connection.onSignal(kSignal, notes()));
+    EXPECT_FALSE(connection.newSignal(kSignal));
+    EXPECT_FALSE(connection.newCall(kSignal));
+    connection.flush(5);
+    EXPECT_THAT(log.lines, ElementsAre("Test bus: there is none; tests stand still"));
+}
+
+TEST_F(BusConnectionTest, BusThatRefusesIsToldOnce) {
+    const test::TemporaryFolder folder;
+    for (const char* address : {"unix:path=", "nonsense", ""}) {
+        log.lines.clear();
+        auto connection = connectionTo(address == std::string("unix:path=")
+                                           ? address + (folder / "nobody").string()
+                                           : address);
+        connection.open();
+        EXPECT_FALSE(connection.open()) << address;
+        EXPECT_THAT(log.lines, ElementsAre(HasSubstr("tests stand still"))) << address;
+    }
+}
+
+TEST_F(BusConnectionTest, BusThatDiesIsToldOnceAndCallsAreAnsweredWithErrors) {
+    auto connection = connectionTo(bus.address());
+    const auto slot = connection.onSignal(kSignal, notes());
+    ASSERT_TRUE(settle(queue, connection));
+    bus.freeze();
+    auto to = kSignal;
+    to.peer = "test.Nobody";
+    const auto question = connection.newCall(to);
+    const auto reply = connection.call(*question, [&](sd_bus_message& answer) {
+        heard.push_back(sd_bus_message_is_method_error(&answer, nullptr) > 0 ? "error" : "answer");
+    });
+    bus.end();
+    EXPECT_TRUE(runUntil(queue, [&] { return !log.lines.empty(); }));
+    EXPECT_FALSE(connection.open());
+    EXPECT_FALSE(connection.newSignal(kSignal));
+    queue.runOnce(0.01);
+    EXPECT_THAT(heard, ElementsAre("error"));
+    EXPECT_THAT(log.lines, ElementsAre(HasSubstr("tests stand still")));
+}
+
+TEST_F(BusConnectionTest, MuteBusHoldsNobodyUp) {
+    bus.freeze();
+    const LinuxClock clock;
+    const double before = clock.monotonic();
+    auto connection = connectionTo(bus.address());
+    const auto slot = connection.onSignal(kSignal, notes());
+    const auto message = connection.newSignal(kSignal);
+    ASSERT_TRUE(message);
+    connection.send(*message);
+    queue.runOnce(0);
+    EXPECT_LT(clock.monotonic(), before + 0.5);
+    connection.flush(0.02);
+    EXPECT_LT(clock.monotonic(), before + 5);
+    EXPECT_THAT(log.lines, IsEmpty());
+}
+
+TEST_F(BusConnectionTest, SlotsMayOutliveTheirConnection) {
+    BusConnection::Slot slot;
+    {
+        auto connection =
+            std::make_unique<BusConnection>(queue, log, BusConnection::Wording{}, bus.address());
+        slot = connection->onSignal(kSignal, notes());
+        ASSERT_TRUE(settle(queue, *connection));
+    }
+    BusPeer(queue, bus.address()).emitSignal(kSignal, "s", "late");
+    queue.runOnce(0.01);
+    EXPECT_THAT(heard, IsEmpty());
+}
+
+TEST_F(BusConnectionTest, ConnectionAtRestWakesNobody) {
+    auto connection = connectionTo(bus.address());
+    const auto slot = connection.onSignal(kSignal, notes());
+    ASSERT_TRUE(settle(queue, connection));
+    queue.runOnce(0);  // what settling left behind
+    const LinuxClock clock;
+    const double before = clock.monotonic();
+    queue.runOnce(0.05);
+    EXPECT_GE(clock.monotonic(), before + 0.05);
+}
+
+}  // namespace
+}  // namespace vantor

@@ -1,0 +1,131 @@
+#include "Platform/Linux/LinuxRegionalSettings.h"
+
+#include <clocale>
+#include <cstdlib>
+#include <map>
+#include <optional>
+
+#include <gtest/gtest.h>
+
+#include "Tests/Support/TemporaryFolder.h"
+
+// The leak sanitizer's own; there only where a build has it.
+extern "C" [[gnu::weak]] void __lsan_disable();
+extern "C" [[gnu::weak]] void __lsan_enable();
+
+namespace vantor::test {
+namespace {
+
+/// With LOCPATH set, glibc's newlocale(3) never frees the search path that it makes of it. For the
+/// life of this, the leak sanitizer looks away.
+class LeakOfSearchPath {
+public:
+    LeakOfSearchPath() {
+        if (__lsan_disable != nullptr)
+            __lsan_disable();
+    }
+    ~LeakOfSearchPath() {
+        if (__lsan_enable != nullptr)
+            __lsan_enable();
+    }
+    LeakOfSearchPath(const LeakOfSearchPath&) = delete;
+    LeakOfSearchPath& operator=(const LeakOfSearchPath&) = delete;
+};
+
+/// One variable of the environment, as it was before, after the test.
+class Variable {
+public:
+    Variable(const char* name, const std::string& value) : name_(name) {
+        if (const char* const before = std::getenv(name))
+            before_ = before;
+        ::setenv(name, value.c_str(), 1);
+    }
+    ~Variable() {
+        if (before_)
+            ::setenv(name_, before_->c_str(), 1);
+        else
+            ::unsetenv(name_);
+    }
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
+
+private:
+    const char* name_;
+    std::optional<std::string> before_;
+};
+
+/// A folder of locales of our own, where the C library looks first.
+class LinuxRegionalSettingsTest : public ::testing::Test {
+protected:
+    /// False where this machine has no means to make locales.
+    bool makeLocale(const std::string& name) {
+        const std::string command = "localedef -c -i " + name + " -f ISO-8859-1 '" +
+                                    (folder_ / name).string() + "' 2>/dev/null";
+        return std::system(command.c_str()) == 0;
+    }
+
+private:
+    TemporaryFolder folder_;
+    Variable path_{"LOCPATH", folder_.path().string()};
+    LeakOfSearchPath leak_;
+};
+
+TEST_F(LinuxRegionalSettingsTest, HourConversionGivesThePattern) {
+    const std::map<const char*, const char*> patterns{
+        {"%H:%M:%S", "HH:mm"},   {"%T", "HH:mm"},
+        {"%R", "HH:mm"},         {"%H.%M.%S", "HH:mm"},
+        {"%OH:%OM", "HH:mm"},    {"%I:%M:%S %p", "h:mm a"},
+        {"%p %I:%M", "h:mm a"},  {"%r", "h:mm a"},
+        {"%l:%M %P", "h:mm a"},  {"%-I:%M", "h:mm a"},
+        {"%EI%M", "h:mm a"},     {"%k:%M:%S", "H:mm"},
+        {"%-H:%M", "H:mm"},      {"%_H:%M", "H:mm"},
+        {"kl. %H %%I", "HH:mm"}, {"%% %%H %I", "h:mm a"},
+        {"%M %S", "HH:mm"},      {"", "HH:mm"},
+        {"%", "HH:mm"},          {"%-", "HH:mm"},
+        {"I l r", "HH:mm"},      {"\xE5\x8D\x88%I", "h:mm a"}};
+    for (const auto& [format, pattern] : patterns)
+        EXPECT_EQ(shortTimeFormatFor(format), pattern) << format;
+}
+
+TEST_F(LinuxRegionalSettingsTest, PlainLocaleIsMetricAndWrites24Hours) {
+    for (const char* const name : {"C", "POSIX"}) {
+        const LinuxRegionalSettings settings(name);
+        EXPECT_TRUE(settings.usesMetricSystem());
+        EXPECT_EQ(settings.shortTimeFormat(), "HH:mm");
+    }
+}
+
+TEST_F(LinuxRegionalSettingsTest, LocaleThatIsNotInstalledReadsAsThePlainOne) {
+    const LinuxRegionalSettings settings("xx_YY.UTF-8");
+    EXPECT_TRUE(settings.usesMetricSystem());
+    EXPECT_EQ(settings.shortTimeFormat(), "HH:mm");
+}
+
+TEST_F(LinuxRegionalSettingsTest, AmericansMeasureInInchesAndWriteTwelveHours) {
+    if (!makeLocale("en_US"))
+        GTEST_SKIP() << "no localedef";
+    const LinuxRegionalSettings settings("en_US");
+    EXPECT_FALSE(settings.usesMetricSystem());
+    EXPECT_EQ(settings.shortTimeFormat(), "h:mm a");
+}
+
+TEST_F(LinuxRegionalSettingsTest, CategoriesOfTheEnvironmentMayDiffer) {
+    if (!makeLocale("en_US") || !makeLocale("de_DE"))
+        GTEST_SKIP() << "no localedef";
+    const Variable all("LC_ALL", "");
+    const Variable language("LANG", "en_US");
+    const Variable measurement("LC_MEASUREMENT", "de_DE");
+    const Variable time("LC_TIME", "");
+    const LinuxRegionalSettings settings;
+    EXPECT_TRUE(settings.usesMetricSystem());
+    EXPECT_EQ(settings.shortTimeFormat(), "h:mm a");
+}
+
+TEST_F(LinuxRegionalSettingsTest, LocaleOfTheProcessIsLeftAsItIs) {
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    const LinuxRegionalSettings settings;
+    EXPECT_EQ(std::setlocale(LC_ALL, nullptr), before);
+}
+
+}  // namespace
+}  // namespace vantor::test
