@@ -1,0 +1,83 @@
+#include "Shared/ProcessContext.h"
+
+#include <cassert>
+#include <utility>
+
+#include "Shared/Collectors/CPUStatCollector.h"
+#include "Shared/Collectors/LoadStatCollector.h"
+#include "Shared/KOLVersions.h"
+#include "Shared/SharedInstance.h"
+#include "Shared/VTRPreferences.h"
+
+namespace vantor::inline VANTOR_MODULE {
+namespace {
+
+/// The only mutable global.
+ProcessContext* currentContext = nullptr;
+
+}  // namespace
+
+struct ProcessContext::Singletons {
+    SharedInstance<KOLVersions> versions;
+    SharedInstance<VTRPreferences> preferences;
+    bool preferencesEnded = false;
+    SharedInstance<CPUStatCollector> cpuCollector;
+    SharedInstance<LoadStatCollector> loadCollector;
+};
+
+ProcessContext::ProcessContext(const Ports& ports)
+    : ports_(ports), previous_(std::exchange(currentContext, this)),
+      singletons_(std::make_unique<Singletons>()) {}
+
+ProcessContext::~ProcessContext() {
+    singletons_.reset();  // while this context is still the current one
+    currentContext = previous_;
+}
+
+ProcessContext& ProcessContext::current() noexcept {
+    assert(currentContext != nullptr);
+    return *currentContext;
+}
+
+KOLVersions& ProcessContext::versions() {
+    return singletons_->versions.get(
+        [&] { return std::make_unique<KOLVersions>(ports_.machineIdentity); });
+}
+
+VTRPreferences* ProcessContext::preferences() {
+    if (singletons_->preferencesEnded)
+        return nullptr;
+    return &singletons_->preferences.get([&] { return std::make_unique<VTRPreferences>(ports_); });
+}
+
+void ProcessContext::cleanupPreferences() noexcept {
+    singletons_->preferencesEnded = true;
+    singletons_->preferences.drop();
+}
+
+CPUStatCollector& ProcessContext::cpuCollector() {
+    return singletons_->cpuCollector.get([&] {
+        auto collector = std::make_unique<CPUStatCollector>(ports_);
+        collector->setup();
+        return collector;
+    });
+}
+
+void ProcessContext::dropCPUCollector() noexcept { singletons_->cpuCollector.drop(); }
+
+LoadStatCollector& ProcessContext::loadCollector() {
+    return singletons_->loadCollector.get(
+        [&] { return std::make_unique<LoadStatCollector>(ports_); });
+}
+
+void ProcessContext::dropLoadCollector() noexcept { singletons_->loadCollector.drop(); }
+
+CPUStatCollector* ProcessContext::existingCPUCollector() const noexcept {
+    return singletons_->cpuCollector.existing();
+}
+
+LoadStatCollector* ProcessContext::existingLoadCollector() const noexcept {
+    return singletons_->loadCollector.existing();
+}
+
+}  // namespace vantor::inline VANTOR_MODULE

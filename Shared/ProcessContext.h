@@ -1,0 +1,50 @@
+#pragma once
+
+#include <memory>
+
+#include "Platform/Ports.h"
+
+namespace vantor::inline VANTOR_MODULE {
+
+class CPUStatCollector;
+class KOLVersions;
+class LoadStatCollector;
+class VTRPreferences;
+
+/// One world: the ports, and every process-wide singleton made on first use. The `shared...`
+/// operations of the classes are doors to the current one. Making a context makes it current;
+/// its end makes the one before it current again.
+/// Thread: made and ended on the main queue; the singletons are made by whoever asks first.
+class ProcessContext {
+public:
+    /// The ports outlive the context.
+    explicit ProcessContext(const Ports& ports);
+    ~ProcessContext();
+    ProcessContext(const ProcessContext&) = delete;
+    ProcessContext& operator=(const ProcessContext&) = delete;
+
+    static ProcessContext& current() noexcept;
+
+    const Ports& ports() const noexcept { return ports_; }
+
+    KOLVersions& versions();
+    /// Null once `cleanupPreferences` was called: that singleton isn't made again.
+    VTRPreferences* preferences();
+    void cleanupPreferences() noexcept;
+    CPUStatCollector& cpuCollector();
+    void dropCPUCollector() noexcept;
+    LoadStatCollector& loadCollector();
+    void dropLoadCollector() noexcept;
+
+    /// The collectors that there are now; null for one that nobody asked for yet.
+    CPUStatCollector* existingCPUCollector() const noexcept;
+    LoadStatCollector* existingLoadCollector() const noexcept;
+
+private:
+    struct Singletons;
+    Ports ports_;
+    ProcessContext* previous_;
+    std::unique_ptr<Singletons> singletons_;
+};
+
+}  // namespace vantor::inline VANTOR_MODULE

@@ -1,0 +1,196 @@
+#include "Shared/VTRMenuExtra.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+
+#include "Platform/CallStack.h"
+#include "Platform/Clock.h"
+#include "Platform/Directories.h"
+#include "Platform/DistributedNotifications.h"
+#include "Platform/SystemLog.h"
+#include "Platform/Witness.h"
+#include "Shared/InstalledApplications.h"
+#include "Shared/ProcessContext.h"
+#include "Shared/VTRPreferences.h"
+
+namespace vantor::inline VANTOR_MODULE {
+namespace {
+
+constexpr double kFirstLength = 20;
+constexpr double kBarHeight = 22;
+
+std::string dateDescription(double secondsSince1970) {
+    const auto seconds = static_cast<std::time_t>(secondsSince1970);
+    return fmt::format("{:%Y-%m-%d %H:%M:%S} +0000", fmt::gmtime(seconds));
+}
+
+}  // namespace
+
+VTRMenuExtra::VTRMenuExtra(MenuExtraHost& host)
+    : ports_(ProcessContext::current().ports()), host_(host) {
+    host_.setViewFrameSize({kFirstLength, kBarHeight});
+    host_.setLength(kFirstLength);
+    ports_.mainQueue.after(0, [extra = self_.handle()] {
+        if (VTRMenuExtra* const self = extra.get())
+            self->run();
+    });
+}
+
+VTRMenuExtra::~VTRMenuExtra() = default;
+
+void VTRMenuExtra::run() {
+    if (state_ != State::constructed)
+        return;  // unloaded before it began
+    state_ = State::loading;
+    modules_ = std::make_unique<Modules>();
+    combinedMenu_ = createMenu();
+    combinedMenu_->setDelegate(this);
+    std::string stage = "initial load";
+    ports_.systemLog.write(fmt::format("Vantor Bar loading extra - {}", extraName()));
+    try {
+        startModules(stage);
+    } catch (const std::exception& exception) {
+        reportFailure(exception.what(), stage);
+        return;
+    } catch (...) {
+        reportFailure("unknown exception", stage);
+        return;
+    }
+    registerObservers();
+    state_ = State::loaded;
+    if (ports_.witness != nullptr)
+        ports_.witness->extraLoaded(extraName());
+}
+
+void VTRMenuExtra::startModules(std::string& stage) {
+    stage = "loading modules";
+    loadModules();
+    for (std::size_t index = 0; !isCombinedExtra() && index < modules_->size(); ++index) {
+        VTRModule& module = *(*modules_)[index];
+        stage = fmt::format("setup module at index - {}", index);
+        module.setup();
+        stage = fmt::format("notifictions module at index - {}", index);
+        module.loadNotifications();
+        module.setMenubar(true);
+    }
+    stage = "modules loaded";
+}
+
+void VTRMenuExtra::registerObservers() {
+    VTRPreferences::sharedPreferences();  // which tells of theme changes from its making on
+    displayChange_ = ports_.distributedNotifications.observe(
+        "VantorBarGlobalDisplayChange",
+        [this](const Notification& notification) { displayChange(notification); });
+    menubarThemeChanged_ = ports_.localNotifications.observe(
+        "VantorBarMenubarThemeChanged", [this](const Notification&) { menubarThemeChanged(); });
+    if (isCombinedExtra())
+        combinedDisplayChange_ = ports_.distributedNotifications.observe(
+            "VantorBarCombinedDisplayChange",
+            [this](const Notification& notification) { reloadModules(notification); });
+}
+
+void VTRMenuExtra::reportFailure(std::string_view exception, std::string_view stage) {
+    const auto line = [this](std::string_view what) {
+        return fmt::format("Vantor Bar exception in {} - {}", extraName(), what);
+    };
+    ports_.systemLog.write(fmt::format("{}\n\n{}\n{}\n\n{}", dateDescription(ports_.clock.now()),
+                                       line(exception), line(stage), ports_.callStack.symbols()));
+    host_.setViewFrameSize({0, kBarHeight});
+    host_.setLength(0);
+    willUnload();
+}
+
+VTRMenu* VTRMenuExtra::menu() {
+    if (isCombinedExtra())
+        return combinedMenu_.get();
+    return modules_ && modules_->size() == 1 ? modules_->front()->menu() : nullptr;
+}
+
+VTRModule* VTRMenuExtra::moduleWithKey(int key) const noexcept {
+    if (!modules_)
+        return nullptr;
+    const auto module = std::ranges::find(*modules_, key, [](auto& each) { return each->key(); });
+    return module == modules_->end() ? nullptr : module->get();
+}
+
+void VTRMenuExtra::menuWillOpen(VTRMenu& menu) {
+    menu.setVisible(true);
+    ports_.localNotifications.post("VTRMenuStateChanged");
+}
+
+void VTRMenuExtra::menuDidClose(VTRMenu& menu) {
+    menu.setVisible(false);
+    ports_.localNotifications.post("VTRMenuStateChanged");
+}
+
+void VTRMenuExtra::update() { host_.setNeedsDisplay(); }
+
+void VTRMenuExtra::tellThemeChange() {
+    ports_.localNotifications.post("DropdownThemeChanged");
+    for (const auto& module : *modules_)
+        module->themeChange();
+}
+
+void VTRMenuExtra::menubarThemeChanged() {
+    for (const auto& module : *modules_)
+        module->menubarThemeChanged();
+    update();
+    if (VTRBoolForKey("Theme-SeperateStyles"))
+        tellThemeChange();
+}
+
+void VTRMenuExtra::displayChange(const Notification& notification) {
+    VTRRefreshKey(infoValue(notification.info, "key"));
+    for (const auto& module : *modules_)
+        module->skinChange(notification);
+    const std::string_view resetKey = infoValue(notification.info, "resetKey");
+    if (resetKey == "dropdown" || resetKey == "styles")
+        tellThemeChange();
+    if (resetKey == "launcher")
+        for (const auto& module : *modules_)
+            module->rebuildMenu();
+    for (const auto& module : *modules_)
+        module->globalPreferencesChange(notification);
+    update();
+}
+
+void VTRMenuExtra::unloadModules() noexcept {
+    if (!modules_)
+        return;
+    try {
+        for (const auto& module : *modules_) {
+            ports_.systemLog.write("unloading module");
+            module->willUnload();
+        }
+    } catch (...) {  // the rest of the unloading still takes place
+    }
+}
+
+void VTRMenuExtra::willUnload() {
+    if (state_ == State::unloaded)
+        return;
+    unloadModules();
+    modules_.reset();
+    cleanup();
+    combinedMenu_.reset();
+    displayChange_.end();
+    menubarThemeChanged_.end();
+    combinedDisplayChange_.end();
+    state_ = State::unloaded;
+    ports_.distributedNotifications.post("VantorBarUnloadedExtra",
+                                         {{"extra", std::string(extraName())}});
+    host_.willUnload();
+    if (ports_.witness != nullptr)
+        ports_.witness->extraUnloaded(extraName());
+}
+
+std::optional<std::filesystem::path> VTRMenuExtra::currentAppLocation() {
+    const Directories& directories = ProcessContext::current().ports().directories;
+    return newestInstalledApplication(directories.systemRoot() / "Applications");
+}
+
+}  // namespace vantor::inline VANTOR_MODULE
