@@ -1,0 +1,9 @@
+#include "Programs/vantorbar/ProgramDirectories.h"
+
+namespace vantor {
+
+DirectorySources programDirectories() {
+    return DirectorySources::ofThisProcess(VANTOR_RESOURCES_DIR);
+}
+
+}  // namespace vantor

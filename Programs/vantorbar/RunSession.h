@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "Hosts/ItemHost.h"
+#include "Hosts/Text/OutputStream.h"
+#include "Hosts/Text/Terminal.h"
+#include "Hosts/Text/TerminalShape.h"
+#include "Platform/Linux/LinuxPlatform.h"
+#include "Programs/vantorbar/SignalWatch.h"
+#include "Shared/ProcessContext.h"
+
+namespace vantor {
+
+class TextHost;
+
+enum class RunFace : std::uint8_t { none, jsonLines, plainLines, screen };
+
+struct RunOptions {
+    RunFace face = RunFace::none;
+    TerminalAbilities abilities;
+    std::uint64_t count = 0;  // samples after which it ends; 0 for never
+};
+
+/// The item on this machine, from its start until somebody ends it: a signal, a key, the reader
+/// of its lines, or the number of samples.
+class RunSession {
+public:
+    explicit RunSession(const RunOptions& options);
+
+    /// Returns the program's status: 0, or 1 where the item couldn't start. Throws where the
+    /// lines can't be written.
+    int run();
+
+private:
+    std::unique_ptr<ItemHost> makeHost(const RunOptions& options);
+    void watchOutput(RunFace face);
+    void heard(int signal);
+    void readKeys();
+    void suspend();
+    void redraw();
+
+    // First, so that the system log finds no terminal to write to: it would spoil the picture.
+    std::unique_ptr<Terminal> terminal_;
+    LinuxPlatform platform_;
+    ProcessContext context_;
+    SignalWatch signals_;
+    OutputStream output_;
+    TextHost* screen_ = nullptr;  // the host, where it is one that draws
+    std::unique_ptr<ItemHost> host_;
+    LinuxMainQueue::Watch outputGone_, keys_;
+    std::uint64_t count_;
+};
+
+}  // namespace vantor

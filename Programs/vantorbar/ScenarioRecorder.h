@@ -1,0 +1,70 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "Foundation/NotificationCenter.h"
+#include "Platform/LoadAverages.h"
+#include "Platform/Ports.h"
+#include "Platform/ProcessorCounters.h"
+
+namespace vantor {
+
+/// Listens to what a program reads of its machine, and tells it as a scenario that replays to the
+/// same figures.
+///
+/// Each reading is put at the whole second for which it was made, followed by a stall that makes
+/// the replay as late for that second as the program was.
+/// Thread: that of the program's main queue. Outlives the program that runs on its ports.
+class ScenarioRecorder {
+public:
+    /// Takes down how the machine is now; this is the start of the scenario.
+    explicit ScenarioRecorder(const Ports& ports);
+    ~ScenarioRecorder();
+
+    /// The ports for the program to run on.
+    Ports ports() noexcept;
+
+    /// What was heard since the start, as a scenario of that length.
+    nlohmann::ordered_json scenario(double seconds) const;
+
+private:
+    class Counters;
+    class Loads;
+
+    /// What was read for one whole second, by its place in main-queue time.
+    struct Moment {
+        std::optional<std::vector<ProcessorTicks>> ticks;
+        std::optional<ProcessCounts> counts;
+        std::optional<FixedLoads> loads;
+        double lateness = 0;
+    };
+
+    double mainTime() const noexcept;
+    Moment& momentNow();
+    void noteClockStep();
+    void addEvent(double at, nlohmann::ordered_json event);
+    void fallAsleep() noexcept;
+    void wakeUp();
+
+    Ports ports_;
+    std::unique_ptr<Counters> counters_;
+    std::unique_ptr<Loads> loads_;
+    double start_;  // seconds since 1970
+    double monotonicStart_;
+    double slept_ = 0;    // seconds that the monotonic clock leaves out
+    double stepped_ = 0;  // seconds by which the wall clock was set since the start
+    double sleepBegan_ = 0;
+    nlohmann::ordered_json machine_;
+    nlohmann::ordered_json preferences_;
+    std::map<double, Moment> moments_;
+    std::multimap<double, nlohmann::ordered_json> events_;
+    Observation willSleep_, didWake_, theme_, contrast_;
+    bool dark_, contrastOn_;
+};
+
+}  // namespace vantor

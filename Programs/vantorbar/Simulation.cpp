@@ -1,0 +1,205 @@
+#include "Programs/vantorbar/Simulation.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+#include <variant>
+
+#include "Programs/vantorbar/CombinedExtra.h"
+#include "Programs/vantorbar/StateDump.h"
+#include "Platform/Simulated/SimulatedMenuExtraHost.h"
+#include "Shared/ProcessContext.h"
+#include "Targets/VantorBarCPU/VantorBarCPU.h"
+
+namespace vantor {
+namespace {
+
+using namespace simulated;
+
+constexpr double kNever = std::numeric_limits<double>::infinity();
+
+std::unique_ptr<VTRMenuExtra> makeExtra(Scenario::Extra kind, MenuExtraHost& host) {
+    if (kind == Scenario::Extra::combined)
+        return std::make_unique<CombinedExtra>(host);
+    return std::make_unique<VantorBarCPU>(host);
+}
+
+void changeMachine(const MachineChange& change, SimulatedMachine& machine) {
+    if (change.ticks)
+        machine.processorCounters.setTicks(*change.ticks);
+    if (change.rates)
+        machine.processorCounters.setRates(*change.rates);
+    if (change.loads)
+        machine.loadAverages.setLoads(*change.loads);
+    ProcessCounts counts = machine.processorCounters.processCounts();
+    counts.tasks = change.tasks.value_or(counts.tasks);
+    counts.threads = change.threads.value_or(counts.threads);
+    machine.processorCounters.setProcessCounts(counts);
+}
+
+}  // namespace
+
+/// One process of the program, from its start to its end.
+struct Simulation::Program {
+    Program(const Ports& ports, Journal& journal, Scenario::Extra kind)
+        : context(ports), host(&journal), extra(makeExtra(kind, host)) {}
+
+    ProcessContext context;
+    SimulatedMenuExtraHost host;
+    std::unique_ptr<VTRMenuExtra> extra;
+};
+
+/// What each kind of event does.
+struct Simulation::Act {
+    Simulation& simulation;
+    SimulatedMachine& machine = simulation.machine_;
+
+    void operator()(const MachineChange& change) { changeMachine(change, machine); }
+
+    void operator()(const PreferenceWrite& write) {
+        machine.preferences.write(write.key, write.value);
+        if (!write.notification.empty())
+            machine.distributedNotifications.arrive(write.notification, write.info);
+    }
+
+    void operator()(const AppearanceChange& change) {
+        if (change.dark) {
+            machine.appearance.setDark(*change.dark);
+            machine.distributedNotifications.arrive(std::string(kInterfaceThemeChanged), {});
+        }
+        if (change.contrast) {
+            machine.appearance.setContrast(*change.contrast);
+            machine.distributedNotifications.arrive(std::string(kIncreaseContrastChanged), {});
+        }
+    }
+
+    void operator()(const ClockStep& step) { machine.clock.step(step.seconds); }
+    void operator()(const Stall& stall) { simulation.standStill(stall.seconds); }
+
+    void operator()(const Sleep& sleep) {
+        machine.workspace.willSleep();
+        simulation.standStill(sleep.seconds);
+        machine.workspace.didWake();
+    }
+
+    void operator()(const Restart& restart) {
+        simulation.unloadProgram();
+        simulation.programStart_ = machine.mainQueue.now() + restart.pauseSeconds;
+    }
+
+    void operator()(const Kill& kill) {
+        simulation.program_.reset();
+        machine.mainQueue.clear();
+        simulation.programStart_ =
+            kill.pauseSeconds ? machine.mainQueue.now() + *kill.pauseSeconds : kNever;
+    }
+};
+
+Simulation::Simulation(const Scenario& scenario, Journal& journal, const OutputFolder& folder)
+    : scenario_(scenario), folder_(folder), end_(scenario.start + scenario.until),
+      programStart_(scenario.start), journal_(journal),
+      machine_(scenario.start, scenario.latencySeconds, &journal) {
+    setUpMachine();
+}
+
+Simulation::~Simulation() = default;
+
+void Simulation::setUpMachine() {
+    machine_.processorCounters.setCPUs(scenario_.cpus, scenario_.configuredCPUs,
+                                       scenario_.logicalCores, scenario_.physicalCores);
+    changeMachine(scenario_.machine, machine_);
+    machine_.bootTime.setBootSeconds(scenario_.bootSeconds);
+    machine_.machineIdentity.setModelIdentifier(scenario_.model);
+    machine_.machineIdentity.setSystemVersion(scenario_.system);
+    machine_.regionalSettings.setLocale(scenario_.locale);
+    machine_.appearance.setDark(scenario_.dark);
+    machine_.appearance.setContrast(scenario_.contrast);
+    for (const auto& [key, value] : scenario_.preferences)
+        machine_.preferences.write(key, value);
+}
+
+void Simulation::startProgram() {
+    programStart_ = kNever;
+    program_ = std::make_unique<Program>(machine_.ports(), journal_, scenario_.extra);
+}
+
+void Simulation::unloadProgram() {
+    if (program_)
+        program_->extra->willUnload();
+    program_.reset();
+    machine_.mainQueue.clear();
+}
+
+double Simulation::eventTime() const {
+    return nextEvent_ < scenario_.events.size()
+               ? scenario_.start + scenario_.events[nextEvent_].at
+               : kNever;
+}
+
+double Simulation::outputTime() const {
+    return nextOutput_ < scenario_.outputs.size()
+               ? scenario_.start + scenario_.outputs[nextOutput_].at
+               : kNever;
+}
+
+double Simulation::nextTime() const {
+    const double call = machine_.mainQueue.nextDue().value_or(kNever);
+    return std::min({eventTime(), outputTime(), programStart_, call});
+}
+
+void Simulation::run() {
+    for (double next = nextTime(); next <= end_; next = nextTime()) {
+        machine_.mainQueue.moveTo(next);
+        runInstant();
+    }
+    machine_.mainQueue.moveTo(end_);
+    unloadProgram();
+}
+
+void Simulation::runInstant() {
+    catchUp();
+    if (programStart_ <= machine_.mainQueue.now())
+        startProgram();
+    machine_.mainQueue.runDueCalls();
+    if (program_)
+        program_->host.displayIfNeeded();
+    while (outputTime() <= machine_.mainQueue.now())
+        takeOutput();
+}
+
+/// Events of this instant, and before them what a stall has held up. An event may stall again,
+/// and hold up more.
+void Simulation::catchUp() {
+    for (;;) {
+        const double now = machine_.mainQueue.now();
+        const double event = eventTime(), output = outputTime();
+        if (output < now && output < event)
+            takeOutput();
+        else if (event <= now)
+            takeEvent();
+        else
+            return;
+    }
+}
+
+void Simulation::takeEvent() {
+    std::visit(Act{*this}, scenario_.events[nextEvent_++].action);
+}
+
+void Simulation::takeOutput() { writeDump(scenario_.outputs[nextOutput_++].dump); }
+
+/// The clock goes on, nothing runs; not past the end.
+void Simulation::standStill(double seconds) {
+    machine_.mainQueue.moveTo(std::min(machine_.mainQueue.now() + seconds, end_));
+}
+
+void Simulation::writeDump(const std::string& name) {
+    nlohmann::ordered_json dump = {{"time", machine_.clock.now()},
+                                   {"at", machine_.mainQueue.now() - scenario_.start},
+                                   {"running", program_ != nullptr}};
+    if (program_)
+        dump.update(programState(program_->context, *program_->extra, program_->host.length()));
+    folder_.writeFile(name, dump.dump(1) + "\n");
+}
+
+}  // namespace vantor

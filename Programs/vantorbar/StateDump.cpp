@@ -1,0 +1,127 @@
+#include "Programs/vantorbar/StateDump.h"
+
+#include <string>
+#include <type_traits>
+
+#include "Shared/Collectors/CPUStatCollector.h"
+#include "Shared/Collectors/LoadStatCollector.h"
+#include "Shared/VTRPreferences.h"
+
+namespace vantor {
+namespace {
+
+using json = nlohmann::ordered_json;
+
+json slotState(const statsample& slot) {
+    return {{"sampleID", slot.sampleID},
+            {"time", slot.time},
+            {"empty", slot.empty},
+            {"values", json(std::vector<double>(slot.values.begin(), slot.values.end()))}};
+}
+
+/// From the newest slot to the last one that was ever filled.
+json ringState(const SampleRing& ring) {
+    std::size_t used = SampleRing::kSlots;
+    while (used > 0 && ring.sampleID(used - 1) <= 0)
+        --used;
+    json slots = json::array();
+    for (std::size_t position = 0; position < used; ++position)
+        slots.push_back(slotState(ring.sampleAtIndex(position)));
+    return slots;
+}
+
+json coreState(const CPUStatCollectorItem& core) {
+    json key = core.key ? json(*core.key) : json(nullptr);
+    return {{"key", std::move(key)}, {"history", ringState(core.history())}};
+}
+
+json collectorState(const StatCollector& collector) {
+    json rows = json::array();
+    for (const sampleindexconfig& row : collector.sampleIndex())
+        rows.push_back({{"sampleID", row.sampleID},
+                        {"time", row.time},
+                        {"nextTime", row.nextTime},
+                        {"interval", row.interval}});
+    json storages;
+    for (int type = 0; type < static_cast<int>(kStorageCount); ++type)
+        storages[std::to_string(type)] = ringState(collector.storageForType(type));
+    return {{"sampleIndex", std::move(rows)},
+            {"updateSequence", collector.updateSequence()},
+            {"updateTime", collector.updateTime()},
+            {"stopped", collector.stopped()},
+            {"databaseEnabled", collector.databaseEnabled()},
+            {"enabled", collector.enabled()},
+            {"storages", std::move(storages)}};
+}
+
+json cpuState(const CPUStatCollector& collector) {
+    json state = collectorState(collector);
+    json& items = state["items"] = json::array();
+    for (std::size_t core = 0; core < collector.cpuCount(); ++core)
+        items.push_back(coreState(collector.core(core)));
+    json& physicalCores = state["physicalCores"] = nullptr;
+    for (const auto& core : collector.physicalCores())
+        physicalCores.push_back(coreState(*core));
+    state["coreCount"] = collector.coreCount();
+    state["hyperThreading"] = collector.hyperThreading();
+    state["taskCount"] = collector.taskCount();
+    state["threadCount"] = collector.threadCount();
+    state["runningTime"] = collector.runningTime();
+    return state;
+}
+
+json collectorStates(const ProcessContext& context) {
+    json states = json::object();
+    if (const CPUStatCollector* const cpu = context.existingCPUCollector())
+        states["cpu"] = cpuState(*cpu);
+    if (const LoadStatCollector* const load = context.existingLoadCollector())
+        states["load"] = collectorState(*load);
+    return states;
+}
+
+}  // namespace
+
+json programState(ProcessContext& context, const VTRMenuExtra& extra, double length) {
+    const VTRPreferences* const preferences = context.preferences();
+    const auto flag = [&](bool (VTRPreferences::*reading)() const noexcept) {
+        return preferences != nullptr && (preferences->*reading)();
+    };
+    return {{"collectors", collectorStates(context)},
+            {"extra",
+             {{"loaded", extra.state() == VTRMenuExtra::State::loaded}, {"length", length}}},
+            {"preferences",
+             {{"isMenubarDark", flag(&VTRPreferences::isMenubarDark)},
+              {"increaseContrast", flag(&VTRPreferences::increaseContrast)}}}};
+}
+
+json jsonOfValue(const PropertyValue& value) {
+    return std::visit(
+        [](const auto& held) -> json {
+            using Kind = std::remove_cvref_t<decltype(held)>;
+            if constexpr (std::is_same_v<Kind, std::monostate>) {
+                return nullptr;
+            } else if constexpr (std::is_same_v<Kind, PropertyValue::Array>) {
+                json array = json::array();
+                for (const PropertyValue& element : held)
+                    array.push_back(jsonOfValue(element));
+                return array;
+            } else if constexpr (std::is_same_v<Kind, PropertyValue::Dictionary>) {
+                json object = json::object();
+                for (const auto& [key, element] : held)
+                    object[key] = jsonOfValue(element);
+                return object;
+            } else if constexpr (std::is_same_v<Kind, PropertyValue::Date>) {
+                return held.seconds;
+            } else if constexpr (std::is_same_v<Kind, PropertyValue::Data>) {
+                json bytes = json::array();
+                for (const std::byte byte : held)
+                    bytes.push_back(std::to_integer<int>(byte));
+                return bytes;
+            } else {
+                return held;
+            }
+        },
+        value.storage());
+}
+
+}  // namespace vantor

@@ -1,0 +1,94 @@
+#include "Programs/vantorbar/ScenarioRecorder.h"
+
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "Hosts/None/NoHost.h"
+#include "Platform/Simulated/Scenario.h"
+#include "Platform/Simulated/SimulatedMachine.h"
+#include "Programs/vantorbar/Simulation.h"
+#include "Shared/Collectors/CPUStatCollector.h"
+#include "Shared/Collectors/LoadStatCollector.h"
+#include "Shared/ProcessContext.h"
+#include "Targets/VantorBarCPU/VantorBarCPU.h"
+#include "Tests/Support/TemporaryFolder.h"
+
+namespace vantor {
+namespace {
+
+struct BusyMachine : simulated::SimulatedMachine {
+    BusyMachine() : SimulatedMachine(kStart + 0.3) {
+        processorCounters.setRates({{{30.3, 9.7, 60, 0}, {11, 0, 85, 4}}});
+        preferences.write("TimerFrequency", std::int64_t{2});
+    }
+};
+
+/// A machine that is recorded, and the program on it.
+class ScenarioRecorderTest : public testing::Test {
+protected:
+
+    /// Runs on for `moreSeconds`, then replays all that was recorded and dumps its end.
+    nlohmann::json replayed(double moreSeconds) {
+        machine.run(moreSeconds);
+        const double seconds = machine.mainQueue.now() - began;
+        const std::string text = recorder.scenario(seconds).dump();
+        simulated::Scenario scenario = simulated::scenarioFromText(text);
+        scenario.outputs.push_back({seconds, "end.json"});
+        simulated::Journal silent;
+        const OutputFolder output(folder / "out");
+        Simulation(scenario, silent, output).run();
+        std::ifstream file(output.path() / "end.json");
+        return nlohmann::json::parse(file);
+    }
+    static void expectSameRing(const nlohmann::json& slots, const SampleRing& ring) {
+        for (std::size_t position = 0; position < slots.size(); ++position) {
+            EXPECT_EQ(slots[position]["sampleID"], ring.sampleID(position));
+            EXPECT_NEAR(slots[position]["time"].get<double>(), ring.time(position), 1e-5);
+            for (std::size_t value = 0; value < 3; ++value)
+                EXPECT_EQ(slots[position]["values"][value], ring.values(position)[value]);
+        }
+    }
+
+    test::TemporaryFolder folder;
+    BusyMachine machine;
+    double began = machine.mainQueue.now();
+    ScenarioRecorder recorder{machine.ports()};
+    ProcessContext context{recorder.ports()};
+    NoHost host;
+    VantorBarCPU extra{host};
+};
+
+TEST_F(ScenarioRecorderTest, ARecordingReplaysToTheSameFigures) {
+    const nlohmann::json state = replayed(40.5);
+    const nlohmann::json& collectors = state["collectors"];
+    EXPECT_EQ(collectors["cpu"]["storages"]["0"].size(), 40U);
+    EXPECT_EQ(collectors["cpu"]["storages"]["1"].size(), 5U);
+    for (int type = 0; type <= 1; ++type) {
+        expectSameRing(collectors["cpu"]["storages"][std::to_string(type)],
+                       context.cpuCollector().storageForType(type));
+        expectSameRing(collectors["load"]["storages"][std::to_string(type)],
+                       context.loadCollector().storageForType(type));
+    }
+}
+
+TEST_F(ScenarioRecorderTest, ALateTickIsReplayedAsLate) {
+    machine.run(20);
+    machine.mainQueue.moveTo(machine.mainQueue.now() + 0.6);  // the tick comes 0.9 s late
+    const nlohmann::json state = replayed(10);
+    expectSameRing(state["collectors"]["cpu"]["storages"]["0"],
+                   context.cpuCollector().storageForType(0));
+}
+
+TEST_F(ScenarioRecorderTest, ClockStepsAndSleepAreReplayed) {
+    machine.run(10);
+    machine.clock.step(-7);
+    machine.run(20);
+    machine.clock.step(3600);
+    const nlohmann::json state = replayed(60);
+    EXPECT_EQ(state["collectors"]["cpu"]["sampleIndex"][1]["sampleID"],
+              context.cpuCollector().idForInterval(1));
+}
+
+}  // namespace
+}  // namespace vantor

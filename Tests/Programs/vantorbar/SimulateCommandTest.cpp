@@ -1,0 +1,204 @@
+#include "Programs/vantorbar/SimulateCommand.h"
+
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "Tests/Support/TemporaryFolder.h"
+
+namespace vantor {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+
+std::string textOf(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+class SimulateCommandTest : public testing::Test {
+protected:
+    int simulateText(const std::string& scenario, const std::string& out = "out") {
+        std::ofstream(folder / "scenario.json") << scenario;
+        return simulate({.scenario = folder / "scenario.json", .folder = folder / out}, errors);
+    }
+    json dump(const std::string& name) { return json::parse(textOf(folder / "out" / name)); }
+    std::vector<json> events(const std::string& kind) {
+        std::vector<json> found;
+        std::istringstream lines(textOf(folder / "out/events.jsonl"));
+        for (std::string line; std::getline(lines, line);)
+            if (json event = json::parse(line); event["kind"] == kind)
+                found.push_back(std::move(event));
+        return found;
+    }
+
+    test::TemporaryFolder folder;
+    std::ostringstream errors;
+};
+
+TEST_F(SimulateCommandTest, WritesWhatTheWorldCouldSee) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 20})"), 0) << errors.str();
+    EXPECT_EQ(events("length").at(0)["length"], 20);
+    EXPECT_EQ(events("loaded").at(0)["extra"], "cpu");
+    EXPECT_EQ(events("loaded").at(0)["at"], 0);
+    EXPECT_EQ(events("unloaded").at(0)["at"], 20);
+    EXPECT_EQ(events("systemlog").at(0)["text"], "Vantor Bar loading extra - cpu");
+    EXPECT_EQ(events("measure").at(0)["sequence"], -6);
+    EXPECT_EQ(events("updated").at(0)["mode"], 0);
+    EXPECT_EQ(textOf(folder / "out/domain.json"), "{}\n");
+    EXPECT_TRUE(std::filesystem::is_directory(folder / "out/databases"));
+}
+
+TEST_F(SimulateCommandTest, AMeasurementStandsBeforeItsUpdate) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 3})"), 0);
+    const std::string text = textOf(folder / "out/events.jsonl");
+    EXPECT_LT(text.find("\"measure\""), text.find("\"updated\""));
+}
+
+TEST_F(SimulateCommandTest, ADumpShowsSharesInPercent) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 30,
+        "machine": {"logical": 2, "rate": [[30, 10, 60, 0], [10, 0, 85, 5]],
+                    "load": {"fixed": [3072, 2048, 1024]}, "tasks": 3, "threads": 9},
+        "outputs": [{"at": 29, "dump": "state.json"}]})"),
+              0)
+        << errors.str();
+    const json state = dump("state.json");
+    EXPECT_EQ(state["running"], true);
+    EXPECT_EQ(state["extra"], (json{{"loaded", true}, {"length", 20}}));
+    const json& cpu = state["collectors"]["cpu"];
+    EXPECT_NEAR(cpu["storages"]["0"][0]["values"][0].get<double>(), 20, 1e-4);
+    EXPECT_EQ(cpu["items"].size(), 2U);
+    EXPECT_EQ(cpu["items"][0]["key"], nullptr);
+    EXPECT_EQ(cpu["items"][0]["history"][0]["time"], 0);
+    EXPECT_EQ(cpu["physicalCores"], nullptr);
+    EXPECT_EQ(cpu["taskCount"], 3);
+    EXPECT_EQ(cpu["sampleIndex"].size(), 9U);
+    EXPECT_EQ(cpu["storages"]["1"][0]["time"], 1425900024.0);
+    EXPECT_EQ(state["collectors"]["load"]["storages"]["0"][0]["values"], (json{1.5, 1, 0.5}));
+}
+
+TEST_F(SimulateCommandTest, TwoRunsGiveTheSameBytes) {
+    const std::string scenarios[] = {
+        R"({"start": 1425900000.3, "until": 400, "machine": {"logical": 8, "physical": 4},
+            "events": [{"at": 40, "stall": 3.5}, {"at": 90, "kill": 10}, {"at": 200, "sleep": 50}],
+            "outputs": [{"at": 95, "dump": "gone.json"}, {"at": 390, "dump": "state.json"}]})",
+        R"({"start": 1425900003, "until": 300, "preferences": {"TimerFrequency": 2},
+            "events": [{"at": 10, "clock": -40}, {"at": 60, "dark": true}, {"at": 90, "restart": 5},
+                       {"at": 120, "preference": {"key": "TimerFrequency", "value": 0}}],
+            "outputs": [{"at": 299, "dump": "state.json"}]})"};
+    for (const std::string& scenario : scenarios) {
+        ASSERT_EQ(simulateText(scenario, "first"), 0) << errors.str();
+        ASSERT_EQ(simulateText(scenario, "second"), 0);
+        for (const char* const file : {"events.jsonl", "state.json", "domain.json"})
+            EXPECT_EQ(textOf(folder / "first" / file), textOf(folder / "second" / file)) << file;
+    }
+}
+
+TEST_F(SimulateCommandTest, WhatAStallHoldsUpTakesEffectWhenItEnds) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 60,
+        "events": [{"at": 20, "stall": 5}, {"at": 22, "tasks": 8}],
+        "outputs": [{"at": 21, "dump": "before.json"}, {"at": 23, "dump": "after.json"}]})"),
+              0)
+        << errors.str();
+    EXPECT_EQ(dump("before.json")["at"], 25);
+    EXPECT_EQ(dump("after.json")["at"], 25);
+    for (const json& measurement : events("measure"))
+        EXPECT_TRUE(measurement["at"] <= 20 || measurement["at"] >= 25);
+}
+
+TEST_F(SimulateCommandTest, SleepRestsTheDatabaseForAMinuteAfterWake) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 200,
+        "events": [{"at": 20, "sleep": 50}],
+        "outputs": [{"at": 71, "dump": "awake.json"}, {"at": 131, "dump": "later.json"}]})"),
+              0);
+    EXPECT_EQ(dump("awake.json")["collectors"]["cpu"]["databaseEnabled"], false);
+    EXPECT_EQ(dump("later.json")["collectors"]["cpu"]["databaseEnabled"], true);
+}
+
+TEST_F(SimulateCommandTest, AKilledProgramSaysNothingAndStartsAgain) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 60,
+        "events": [{"at": 20, "kill": 10}],
+        "outputs": [{"at": 25, "dump": "dead.json"}, {"at": 45, "dump": "again.json"}]})"),
+              0);
+    EXPECT_EQ(dump("dead.json"), (json{{"time", 1425900025}, {"at", 25}, {"running", false}}));
+    EXPECT_EQ(dump("again.json")["running"], true);
+    EXPECT_EQ(events("loaded").size(), 2U);
+    EXPECT_EQ(events("loaded")[1]["at"], 30);
+    EXPECT_EQ(events("unloaded").size(), 1U);
+}
+
+TEST_F(SimulateCommandTest, ARestartUnloadsInGoodOrder) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 60,
+        "events": [{"at": 20, "restart": 1}]})"),
+              0);
+    EXPECT_EQ(events("unloaded").size(), 2U);
+    EXPECT_EQ(events("unloaded")[0]["at"], 20);
+}
+
+TEST_F(SimulateCommandTest, AProgramThatIsNeverStartedAgainIsNotUnloaded) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 60,
+        "events": [{"at": 20, "kill": null}]})"),
+              0);
+    EXPECT_TRUE(events("unloaded").empty());
+}
+
+TEST_F(SimulateCommandTest, AChangedPreferenceIsFollowedAtOnce) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 60,
+        "preferences": {"TimerFrequency": 2},
+        "events": [{"at": 30.5, "preference": {"key": "TimerFrequency", "value": 0}}]})"),
+              0);
+    std::size_t before = 0, after = 0;
+    for (const json& measurement : events("measure"))
+        ++(measurement["at"] < 30.5 ? before : after);
+    EXPECT_EQ(before, 2U * 30);
+    EXPECT_EQ(after, 2U * 10);
+    EXPECT_EQ(json::parse(textOf(folder / "out/domain.json"))["TimerFrequency"], 0);
+}
+
+TEST_F(SimulateCommandTest, ADarkDesktopIsSeenAndTold) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 60, "contrast": true,
+        "events": [{"at": 30, "dark": true}], "outputs": [{"at": 31, "dump": "state.json"}]})"),
+              0);
+    EXPECT_EQ(dump("state.json")["preferences"],
+              (json{{"isMenubarDark", true}, {"increaseContrast", true}}));
+    EXPECT_EQ(events("notification").at(0)["name"], "VantorBarMenubarThemeChanged");
+    EXPECT_EQ(events("notification").at(0)["center"], "local");
+}
+
+TEST_F(SimulateCommandTest, ACombinedExtraSetsNoModuleUp) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 10, "extra": "combined",
+        "outputs": [{"at": 5, "dump": "state.json"}]})"),
+              0);
+    EXPECT_EQ(dump("state.json")["collectors"], json::object());
+    EXPECT_TRUE(events("measure").empty());
+    EXPECT_EQ(events("loaded").at(0)["extra"], "combined");
+}
+
+TEST_F(SimulateCommandTest, AnErrorIsOneLineAndLeavesNothing) {
+    EXPECT_EQ(simulateText(R"({"start": 1, "until": 2, "colour": 3})"), 2);
+    EXPECT_EQ(errors.str(),
+              (folder / "scenario.json").string() + ": unknown key \"colour\"\n");
+    EXPECT_FALSE(std::filesystem::exists(folder / "out"));
+}
+
+TEST_F(SimulateCommandTest, AFolderThatCannotBeMadeIsAnError) {
+    std::ofstream(folder / "file") << "x";
+    EXPECT_EQ(simulateText(R"({"start": 1, "until": 2})", "file/out"), 2);
+    EXPECT_THAT(errors.str(), HasSubstr("file/out"));
+}
+
+TEST_F(SimulateCommandTest, AnEarlierRunsFilesAreReplaced) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 5})"), 0);
+    const std::string before = textOf(folder / "out/events.jsonl");
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 9})"), 0);
+    EXPECT_NE(textOf(folder / "out/events.jsonl"), before);
+}
+
+}  // namespace
+}  // namespace vantor
