@@ -3,18 +3,16 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <cstdlib>
 #include <iterator>
 #include <memory>
 #include <span>
 #include <type_traits>
 
 #include <fmt/format.h>
-#include <locale.h>
 #include <plist/plist.h>
 
 #include "Foundation/NumberText.h"
-#include "Foundation/PropertyListBounds.h"
+#include "Foundation/PropertyListTree.h"
 
 namespace vantor {
 namespace {
@@ -26,32 +24,6 @@ constexpr std::string_view kXMLHead = "<?xml version=\"1.0\" encoding=\"UTF-8\"?
                                       "<plist version=\"1.0\">\n";
 
 // --- Reading -----------------------------------------------------------------------------------
-
-/// The library reads a real by the C numeric locale of the thread, which is a host's to set.
-class PlainNumbers {
-public:
-    PlainNumbers() noexcept : previous_(uselocale(plainLocale())) {}
-    ~PlainNumbers() { uselocale(previous_); }
-    PlainNumbers(const PlainNumbers&) = delete;
-    PlainNumbers& operator=(const PlainNumbers&) = delete;
-
-private:
-    static locale_t plainLocale() noexcept {
-        static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
-        return plain;
-    }
-    locale_t previous_;
-};
-
-struct NodeFree {
-    void operator()(void* node) const noexcept { plist_free(node); }
-};
-using OwnedNode = std::unique_ptr<void, NodeFree>;
-
-struct CFree {
-    void operator()(void* memory) const noexcept { std::free(memory); }
-};
-using CText = std::unique_ptr<char, CFree>;
 
 /// The text between a node's own tags. The library's readings don't tell a negative integer from
 /// a large unsigned one, and hold a date in 32 bits; its XML form has both right.
@@ -306,13 +278,8 @@ private:
 }  // namespace
 
 std::optional<PropertyValue> propertyListValue(std::string_view bytes) {
-    if (!propertyListIsWithinBounds(bytes))
-        return std::nullopt;
-    const PlainNumbers scope;
-    plist_t node = nullptr;
-    plist_from_memory(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &node);
-    const OwnedNode owned(node);
-    return node == nullptr ? std::nullopt : valueOf(node, 0);
+    const PropertyListTree tree(bytes);
+    return tree.root() == nullptr ? std::nullopt : valueOf(tree.root(), 0);
 }
 
 std::string propertyListXML(const PropertyValue& value) {
