@@ -1,0 +1,89 @@
+#include "Painting/Engine.h"
+
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+#include <dlfcn.h>
+#include <link.h>
+
+namespace vantor::Painting {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kFile = "libvantor-painting.so";
+
+class SilentEngine final : public Engine {
+public:
+    void save(_cairo*) noexcept override {}
+    void restore(_cairo*) noexcept override {}
+    void transform(_cairo*, Point, double, double) noexcept override {}
+    void clip(_cairo*, const Rect&) noexcept override {}
+    void clip(_cairo*, const Path&) noexcept override {}
+    Rect clipBounds(_cairo*) noexcept override { return {}; }
+    void setColour(_cairo*, const Colour&) noexcept override {}
+    void fill(_cairo*, const Path&) noexcept override {}
+    void fill(_cairo*, const Rect&) noexcept override {}
+    void fill(_cairo*, const Path&, const Gradient&, double, double) noexcept override {}
+    void stroke(_cairo*, const Path&, double) noexcept override {}
+    void paint(_cairo*, const Bitmap&, const Rect&, double, Origin) noexcept override {}
+    Size sizeOfText(std::string_view, const TextAttributes&) noexcept override { return {}; }
+    void drawText(_cairo*, std::string_view, const Rect&, const TextAttributes&,
+                  Origin) noexcept override {}
+    _cairo* open(std::uint32_t*, int, int, double) noexcept override { return nullptr; }
+    void close(_cairo*) noexcept override {}
+    bool writePNG(_cairo*, const char*) noexcept override { return false; }
+};
+
+/// The program or the plug-in that this code is part of.
+fs::path ownFile() {
+    static const char inside = 0;
+    Dl_info info{};
+    void* extra = nullptr;
+    std::error_code none;
+    if (dladdr1(&inside, &info, &extra, RTLD_DL_LINKMAP) != 0)
+        if (const auto* const object = static_cast<const link_map*>(extra); *object->l_name != 0)
+            return object->l_name;
+    return fs::read_symlink("/proc/self/exe", none);  // the program itself has no name there
+}
+
+class OpenedEngine {
+public:
+    static const OpenedEngine& once() noexcept {
+        static const OpenedEngine opened;
+        return opened;
+    }
+    Engine& engine() const noexcept { return *engine_; }
+    std::string_view trouble() const noexcept { return trouble_; }
+
+private:
+    OpenedEngine() noexcept {
+        // Beside this code, or else where its run path and the system's folders say.
+        if (open((ownFile().parent_path() / kFile).c_str()) || open(kFile))
+            trouble_.clear();
+    }
+
+    bool open(const char* file) noexcept {
+        // Never closed: Pango's types can't be registered a second time.
+        void* const object = dlopen(file, RTLD_NOW | RTLD_LOCAL);
+        void* const entry = object != nullptr ? dlsym(object, kEngineEntry) : nullptr;
+        if (entry != nullptr)
+            engine_ = reinterpret_cast<EngineEntry>(entry)();
+        else if (const char* const why = dlerror(); why != nullptr && trouble_.empty())
+            trouble_ = why;
+        return entry != nullptr;
+    }
+
+    SilentEngine silent_;
+    Engine* engine_ = &silent_;
+    std::string trouble_;
+};
+
+}  // namespace
+
+Engine& Engine::shared() noexcept { return OpenedEngine::once().engine(); }
+
+std::string_view Engine::trouble() noexcept { return OpenedEngine::once().trouble(); }
+
+}  // namespace vantor::Painting
