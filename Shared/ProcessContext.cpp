@@ -7,7 +7,9 @@
 #include "Shared/Collectors/LoadStatCollector.h"
 #include "Shared/KOLVersions.h"
 #include "Shared/SharedInstance.h"
+#include "Shared/VTRImageCache.h"
 #include "Shared/VTRPreferences.h"
+#include "Shared/VTRTranslations.h"
 
 namespace vantor::inline VANTOR_MODULE {
 namespace {
@@ -21,8 +23,10 @@ struct ProcessContext::Singletons {
     SharedInstance<KOLVersions> versions;
     SharedInstance<VTRPreferences> preferences;
     bool preferencesEnded = false;
+    SharedInstance<VTRImageCache> imageCache;
     SharedInstance<CPUStatCollector> cpuCollector;
     SharedInstance<LoadStatCollector> loadCollector;
+    SharedInstance<VTRTranslations> translations;
 };
 
 ProcessContext::ProcessContext(const Ports& ports)
@@ -55,6 +59,10 @@ void ProcessContext::cleanupPreferences() noexcept {
     singletons_->preferences.drop();
 }
 
+VTRImageCache& ProcessContext::imageCache() {
+    return singletons_->imageCache.get([] { return std::make_unique<VTRImageCache>(); });
+}
+
 CPUStatCollector& ProcessContext::cpuCollector() {
     return singletons_->cpuCollector.get([&] {
         auto collector = std::make_unique<CPUStatCollector>(ports_);
@@ -71,6 +79,14 @@ LoadStatCollector& ProcessContext::loadCollector() {
 }
 
 void ProcessContext::dropLoadCollector() noexcept { singletons_->loadCollector.drop(); }
+
+VTRTranslations& ProcessContext::translations() {
+    return singletons_->translations.get([&] {
+        auto translations = std::make_unique<VTRTranslations>(ports_);
+        translations->loadTranslations();
+        return translations;
+    });
+}
 
 CPUStatCollector* ProcessContext::existingCPUCollector() const noexcept {
     return singletons_->cpuCollector.existing();

@@ -9,7 +9,9 @@ namespace vantor::inline VANTOR_MODULE {
 class CPUStatCollector;
 class KOLVersions;
 class LoadStatCollector;
+class VTRImageCache;
 class VTRPreferences;
+class VTRTranslations;
 
 /// One world: the ports, and every process-wide singleton made on first use. The `shared...`
 /// operations of the classes are doors to the current one. Making a context makes it current;
@@ -31,10 +33,12 @@ public:
     /// Null once `cleanupPreferences` was called: that singleton isn't made again.
     VTRPreferences* preferences();
     void cleanupPreferences() noexcept;
+    VTRImageCache& imageCache();
     CPUStatCollector& cpuCollector();
     void dropCPUCollector() noexcept;
     LoadStatCollector& loadCollector();
     void dropLoadCollector() noexcept;
+    VTRTranslations& translations();
 
     /// The collectors that there are now; null for one that nobody asked for yet.
     CPUStatCollector* existingCPUCollector() const noexcept;

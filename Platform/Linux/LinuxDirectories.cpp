@@ -54,27 +54,32 @@ DirectorySources DirectorySources::ofThisProcess(fs::path uninstalledResources) 
 }
 
 LinuxDirectories::LinuxDirectories(const DirectorySources& sources)
-    : data_(absolute(sources.environment("XDG_DATA_HOME"))),
+    : home_(absolute(sources.environment("HOME"))),
+      data_(absolute(sources.environment("XDG_DATA_HOME"))),
       state_(absolute(sources.environment("XDG_STATE_HOME"))),
       configuration_(absolute(sources.environment("XDG_CONFIG_HOME"))),
       resources_(resourcesBeside(sources.program, sources.uninstalledResources)) {
-    if (data_ && state_ && configuration_)
-        return;
-    auto home = absolute(sources.environment("HOME"));
-    if (!home)
-        home = sources.accountHome();
+    if (!home_)
+        home_ = sources.accountHome();
     if (!data_)
-        data_ = below(home, ".local/share");
+        data_ = below(home_, ".local/share");
     if (!state_)
-        state_ = below(home, ".local/state");
+        state_ = below(home_, ".local/state");
     if (!configuration_)
-        configuration_ = below(home, ".config");
+        configuration_ = below(home_, ".config");
 }
 
 std::optional<fs::path> LinuxDirectories::applicationSupport() const { return data_; }
 std::optional<fs::path> LinuxDirectories::logs() const { return below(state_, "Vantor Bar/Logs"); }
 std::optional<fs::path> LinuxDirectories::preferences() const {
     return below(configuration_, "Vantor Bar");
+}
+std::vector<fs::path> LinuxDirectories::formerPreferences() const {
+    std::vector<fs::path> folders;
+    for (const auto& folder : {below(home_, "Library/Preferences"), preferences()})
+        if (folder)
+            folders.push_back(*folder);
+    return folders;
 }
 fs::path LinuxDirectories::resources() const { return resources_; }
 fs::path LinuxDirectories::systemRoot() const { return "/"; }

@@ -27,11 +27,12 @@ public:
     std::optional<std::filesystem::path> applicationSupport() const override;
     std::optional<std::filesystem::path> logs() const override;
     std::optional<std::filesystem::path> preferences() const override;
+    std::vector<std::filesystem::path> formerPreferences() const override;
     std::filesystem::path resources() const override;
     std::filesystem::path systemRoot() const override;
 
 private:
-    std::optional<std::filesystem::path> data_, state_, configuration_;
+    std::optional<std::filesystem::path> home_, data_, state_, configuration_;
     std::filesystem::path resources_;
 };
 

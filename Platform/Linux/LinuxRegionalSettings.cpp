@@ -1,7 +1,9 @@
 #include "Platform/Linux/LinuxRegionalSettings.h"
 
+#include <algorithm>
 #include <memory>
 #include <type_traits>
+#include <utility>
 
 #include <langinfo.h>
 #include <locale.h>
@@ -31,10 +33,24 @@ std::string timeFormat(const char* localeName) {
     return locale ? ::nl_langinfo_l(T_FMT, locale.get()) : "%T";
 }
 
+std::string messageLocale(const Environment& environment) {
+    for (const char* const name : {"LC_ALL", "LC_MESSAGES", "LANG"})
+        if (auto locale = nonEmpty(environment, name))
+            return *std::move(locale);
+    return "C";
+}
+
+bool isPlain(std::string_view locale) noexcept { return locale == "C" || locale == "POSIX"; }
+
+std::string_view withoutCodeset(std::string_view locale) noexcept {
+    return locale.substr(0, locale.find_first_of(".@"));
+}
+
 }  // namespace
 
-LinuxRegionalSettings::LinuxRegionalSettings(const char* localeName)
-    : metric_(isMetric(localeName)), shortTimeFormat_(shortTimeFormatFor(timeFormat(localeName))) {}
+LinuxRegionalSettings::LinuxRegionalSettings(const char* localeName, const Environment& environment)
+    : metric_(isMetric(localeName)), shortTimeFormat_(shortTimeFormatFor(timeFormat(localeName))),
+      preferredLanguages_(preferredLanguagesIn(environment)) {}
 
 std::string shortTimeFormatFor(std::string_view strftimeFormat) {
     constexpr std::string_view kModifiers = "-_0^#EO";
@@ -54,6 +70,23 @@ std::string shortTimeFormatFor(std::string_view strftimeFormat) {
         rest.remove_prefix(rest.empty() ? 0 : 1);
     }
     return "HH:mm";
+}
+
+std::vector<std::string> preferredLanguagesIn(const Environment& environment) {
+    const std::string locale = messageLocale(environment);
+    if (isPlain(locale))
+        return {};
+    const std::string list = nonEmpty(environment, "LANGUAGE").value_or(locale);
+    std::vector<std::string> languages;
+    for (std::string_view rest = list; !rest.empty();) {
+        const std::string_view language = withoutCodeset(rest.substr(0, rest.find(':')));
+        if (isPlain(language))
+            break;
+        if (!language.empty())
+            languages.emplace_back(language);
+        rest.remove_prefix(std::min(rest.find(':'), rest.size() - 1) + 1);
+    }
+    return languages;
 }
 
 }  // namespace vantor

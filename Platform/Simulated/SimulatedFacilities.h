@@ -54,6 +54,11 @@ public:
     std::optional<std::filesystem::path> preferences() const override {
         return below("Preferences");
     }
+    std::vector<std::filesystem::path> formerPreferences() const override {
+        if (!root_)
+            return {};
+        return {*root_ / "Library/Preferences", *root_ / "Preferences"};
+    }
     std::filesystem::path resources() const override { return resources_; }
     std::filesystem::path systemRoot() const override {
         return below("System").value_or("/nonexistent");
@@ -133,6 +138,7 @@ public:
     void setLocale(std::string tag) { tag_ = std::move(tag); }
     bool usesMetricSystem() const override;
     std::string shortTimeFormat() const override;
+    std::vector<std::string> preferredLanguages() const override { return {tag_}; }
 
 private:
     std::string tag_ = "en_US";

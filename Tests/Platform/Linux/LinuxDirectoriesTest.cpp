@@ -76,6 +76,32 @@ TEST(LinuxDirectoriesTest, PlacesFollowTheEnvironment) {
     }
 }
 
+TEST(LinuxDirectoriesTest, FormerSettingsMayBeInTheHomeAndWhereThePresentOnesAre) {
+    struct Case {
+        const char* what;
+        Variables variables;
+        MaybePath account;
+        std::vector<fs::path> folders;
+    };
+    const std::vector<Case> cases{
+        {"nothing set", {}, {}, {}},
+        {"a home", {{"HOME", "/h"}}, "/a", {"/h/Library/Preferences", "/h/.config/Vantor Bar"}},
+        {"the account's home", {}, "/a", {"/a/Library/Preferences", "/a/.config/Vantor Bar"}},
+        {"own base directories",
+         {{"HOME", "/h"},
+          {"XDG_DATA_HOME", "/d"},
+          {"XDG_STATE_HOME", "/s"},
+          {"XDG_CONFIG_HOME", "/c"}},
+         {},
+         {"/h/Library/Preferences", "/c/Vantor Bar"}},
+        {"no home", {{"XDG_CONFIG_HOME", "/c"}}, {}, {"/c/Vantor Bar"}},
+    };
+    for (const Case& one : cases)
+        EXPECT_EQ(LinuxDirectories(sourcesOf(one.variables, one.account)).formerPreferences(),
+                  one.folders)
+            << one.what;
+}
+
 TEST(LinuxDirectoriesTest, ResourcesOfAnInstalledProgramAreBesideIt) {
     const test::TemporaryFolder folder;
     fs::create_directories(folder / "share/vantor-bar");

@@ -4,6 +4,9 @@
 #include <cstdlib>
 #include <map>
 #include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -125,6 +128,62 @@ TEST_F(LinuxRegionalSettingsTest, LocaleOfTheProcessIsLeftAsItIs) {
     const std::string before = std::setlocale(LC_ALL, nullptr);
     const LinuxRegionalSettings settings;
     EXPECT_EQ(std::setlocale(LC_ALL, nullptr), before);
+}
+
+// --- Languages ---------------------------------------------------------------------------------
+
+using Variables = std::map<std::string, std::string>;
+using Languages = std::vector<std::string>;
+
+Environment environmentOf(Variables variables) {
+    return [variables = std::move(variables)](const std::string& name) {
+        const auto found = variables.find(name);
+        return found == variables.end() ? std::nullopt : std::optional(found->second);
+    };
+}
+
+Languages languagesIn(const Variables& variables) {
+    return preferredLanguagesIn(environmentOf(variables));
+}
+
+TEST_F(LinuxRegionalSettingsTest, LanguageIsThatOfTheStrongestVariable) {
+    EXPECT_EQ(languagesIn({{"LANG", "de_AT.UTF-8"}}), Languages{"de_AT"});
+    EXPECT_EQ(languagesIn({{"LC_MESSAGES", "fr_FR@euro"}, {"LANG", "de_AT"}}), Languages{"fr_FR"});
+    EXPECT_EQ(languagesIn({{"LC_ALL", "ja_JP"}, {"LC_MESSAGES", "fr_FR"}, {"LANG", "de_AT"}}),
+              Languages{"ja_JP"});
+}
+
+TEST_F(LinuxRegionalSettingsTest, EmptyVariablesSayNothing) {
+    EXPECT_EQ(languagesIn({{"LC_ALL", ""}, {"LANG", "de_AT"}, {"LANGUAGE", ""}}),
+              Languages{"de_AT"});
+}
+
+TEST_F(LinuxRegionalSettingsTest, ListOfLanguagesStandsInPlaceOfTheLocales) {
+    EXPECT_EQ(languagesIn({{"LC_ALL", "ja_JP.UTF-8"}, {"LANGUAGE", "de_AT.UTF-8:fr::zh-Hans:"}}),
+              (Languages{"de_AT", "fr", "zh-Hans"}));
+    EXPECT_EQ(languagesIn({{"LANG", "C.UTF-8"}, {"LANGUAGE", "de"}}), Languages{"de"});
+}
+
+TEST_F(LinuxRegionalSettingsTest, PlainLocaleWantsNoLanguageWhateverTheListSays) {
+    for (const char* const name : {"C", "POSIX"})
+        EXPECT_EQ(languagesIn({{"LC_ALL", name}, {"LANG", "de_AT"}, {"LANGUAGE", "fr"}}),
+                  Languages{})
+            << name;
+    EXPECT_EQ(languagesIn({{"LANGUAGE", "fr"}}), Languages{});
+    EXPECT_EQ(languagesIn({}), Languages{});
+    EXPECT_EQ(languagesIn({{"LANG", "C.UTF-8"}}), Languages{});
+}
+
+TEST_F(LinuxRegionalSettingsTest, PlainLocaleEndsTheListOfLanguages) {
+    EXPECT_EQ(languagesIn({{"LANG", "de_AT"}, {"LANGUAGE", "de:C:fr"}}), Languages{"de"});
+}
+
+TEST_F(LinuxRegionalSettingsTest, LanguagesAreReadAtConstruction) {
+    Variables variables{{"LANG", "de_AT"}};
+    const LinuxRegionalSettings settings(
+        "C", [&variables](const std::string& name) { return environmentOf(variables)(name); });
+    variables["LANG"] = "fr_FR";
+    EXPECT_EQ(settings.preferredLanguages(), Languages{"de_AT"});
 }
 
 }  // namespace
