@@ -52,6 +52,7 @@ VTRPreferences::VTRPreferences(const Ports& ports) : ports_(ports) {
         observeAppearance();
     bundle_ = ResourceBundle::open(ports_.directories.resources() / "VantorBar.bundle");
     loadDefaults();
+    migrateIfNeeded();
 }
 
 VTRPreferences::~VTRPreferences() {

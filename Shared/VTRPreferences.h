@@ -15,6 +15,7 @@
 #include "Platform/Ports.h"
 #include "Shared/ResourceBundle.h"
 #include "Shared/VTRPreferenceFunctions.h"
+#include "Shared/VTRPreferenceMigration.h"
 
 namespace vantor {
 class Image;
@@ -86,9 +87,20 @@ public:
     /// The table of defaults, as that machine and region have it.
     static Values defaultsFor(const Ports& ports);
 
+    /// Carries over the settings of the previous version, unless a process that may write them
+    /// has done so. An extra may not: there they stand in the cache alone, where they hide the
+    /// domain's until the key is refreshed or the appearance changes.
+    PreferenceMigration migrateIfNeeded();
+    /// One pass over the file of the previous version, whether or not it was carried over before.
+    PreferenceMigration migrateToV5();
+    /// The present identifiers of those cities that the table of the resource bundle knows.
+    PropertyValue::Array migratedCities(const PropertyValue& list) const;
+
     bool isMavericks() const noexcept { return isMavericks_; }
     bool isYosemite() const noexcept { return isYosemite_; }
     bool didMigratePreferences() const noexcept { return didMigratePreferences_; }
+    /// Whether this process writes what it migrates. False until set, and by then the first
+    /// migration has run: whoever sets it calls `migrateIfNeeded` again.
     bool supportsMigration() const noexcept { return supportsMigration_; }
     void setSupportsMigration(bool supports) noexcept { supportsMigration_ = supports; }
     bool isMenubarDark() const noexcept { return isMenubarDark_; }
@@ -101,6 +113,11 @@ public:
 private:
     void observeAppearance();
     void forgetEverything() noexcept;
+    void carryOver(const std::string& formerKey, const PropertyValue& formerValue,
+                   PreferenceMigration& migration);
+    PropertyValue migratedValue(std::string_view formerKey, const PropertyValue& value) const;
+    void storeMigrated(std::string_view key, const PropertyValue& value);
+    void markAsMigrated(PreferenceMigration& migration);
     std::shared_ptr<Image> cachedImage(std::string_view cacheKey) const;
 
     Ports ports_;

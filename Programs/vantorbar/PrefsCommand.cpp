@@ -23,6 +23,12 @@ public:
     }
 };
 
+/// `status`, unless the output went nowhere.
+int withOutputWritten(int status) {
+    std::cout.flush();
+    return status == 0 && !std::cout ? 1 : status;
+}
+
 /// The exit status of `work` on this user's settings.
 int withSettings(const std::function<int(SettingsTool&)>& work) {
     LinuxPlatform platform(programDirectories());
@@ -32,9 +38,17 @@ int withSettings(const std::function<int(SettingsTool&)>& work) {
                                  ports.clock);
     SettingsTool tool(stored, VTRPreferences::defaultsFor(ports), ports.distributedNotifications,
                       std::cout, std::cerr);
-    const int status = work(tool);
-    std::cout.flush();
-    return status == 0 && !std::cout ? 1 : status;
+    return withOutputWritten(work(tool));
+}
+
+/// Migration asks more of the machine than where the settings are.
+int migrateSettings() {
+    LinuxPlatform platform(programDirectories());
+    const Ports ports = platform.ports();
+    VTRPreferences preferences(ports);
+    SettingsTool tool(ports.preferences, preferences.defaults(), ports.distributedNotifications,
+                      std::cout, std::cerr);
+    return withOutputWritten(tool.migrate(preferences));
 }
 
 void addList(CLI::App& prefs, int& exitStatus) {
@@ -86,6 +100,12 @@ void addReset(CLI::App& prefs, int& exitStatus) {
     });
 }
 
+void addMigrate(CLI::App& prefs, int& exitStatus) {
+    CLI::App* const migrate =
+        prefs.add_subcommand("migrate", "Take over the settings of the previous version");
+    migrate->callback([&exitStatus] { exitStatus = migrateSettings(); });
+}
+
 }  // namespace
 
 void addPrefsCommand(CLI::App& app, int& exitStatus) {
@@ -95,6 +115,7 @@ void addPrefsCommand(CLI::App& app, int& exitStatus) {
     addGet(*prefs, exitStatus);
     addSet(*prefs, exitStatus);
     addReset(*prefs, exitStatus);
+    addMigrate(*prefs, exitStatus);
 }
 
 }  // namespace vantor

@@ -9,12 +9,14 @@
 #include <vector>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <nlohmann/json.hpp>
 
 #include "Platform/PreferenceDomain.h"
 #include "Programs/vantorbar/SettingValue.h"
 #include "Programs/vantorbar/StateDump.h"
 #include "Shared/PreferenceChange.h"
+#include "Shared/VTRPreferences.h"
 
 namespace vantor {
 namespace {
@@ -123,6 +125,42 @@ int SettingsTool::reset(std::string_view key) {
     if (!stored_.read(key) && !defaults_.contains(key))
         return complain(kFailed, fmt::format("{} has no value", key));
     return store(key, {});
+}
+
+int SettingsTool::migrate(VTRPreferences& preferences) {
+    using Outcome = PreferenceMigration::Outcome;
+    preferences.setSupportsMigration(true);
+    const PreferenceMigration migration = preferences.migrateIfNeeded();
+    const std::string file = printable(migration.formerSettings.string());
+    switch (migration.outcome) {
+    case Outcome::noFormerSettings:
+        out_ << "There are no settings of the previous version\n";
+        return kFine;
+    case Outcome::alreadyMigrated:
+        out_ << "The settings in \"" << file << "\" were carried over before\n";
+        return kFine;
+    case Outcome::damaged:
+        return complain(kFine, fmt::format("\"{}\" is damaged; nothing was carried over", file));
+    case Outcome::carriedOver:
+        break;
+    }
+    return carriedOver(migration);
+}
+
+int SettingsTool::carriedOver(const PreferenceMigration& migration) {
+    for (const std::string& key : migration.carriedOver)
+        postPreferenceChange(key, notifications_);
+    const std::size_t count = migration.carriedOver.size();
+    out_ << fmt::format("{} {} carried over from \"{}\"\n", count,
+                        count == 1 ? "setting" : "settings",
+                        printable(migration.formerSettings.string()));
+    if (!migration.dropped.empty())
+        complain(kFine,
+                 fmt::format("not carried over: {}",
+                             printable(fmt::format("{}", fmt::join(migration.dropped, ", ")))));
+    if (migration.failure.empty())
+        return kFine;
+    return complain(kFailed, fmt::format("not all can be stored: {}", migration.failure));
 }
 
 int SettingsTool::store(std::string_view key, const PropertyValue& value) {

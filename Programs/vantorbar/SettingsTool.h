@@ -5,6 +5,11 @@
 
 #include "Foundation/PropertyValue.h"
 
+namespace vantor::inline VANTOR_MODULE {
+struct PreferenceMigration;
+class VTRPreferences;
+}  // namespace vantor::inline VANTOR_MODULE
+
 namespace vantor {
 
 class DistributedNotifications;
@@ -28,9 +33,13 @@ public:
     int get(std::string_view key);
     int set(std::string_view key, std::string_view text, UnknownKeys unknownKeys);
     int reset(std::string_view key);
+    /// Stores the settings of the program's previous version under their present names, once.
+    /// `preferences` is of the same domain, and may write from then on what it migrates.
+    int migrate(VTRPreferences& preferences);
 
 private:
     int store(std::string_view key, const PropertyValue& value);
+    int carriedOver(const PreferenceMigration& migration);
     int complain(int status, std::string_view complaint);
 
     PreferenceDomain& stored_;

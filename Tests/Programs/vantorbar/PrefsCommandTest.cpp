@@ -28,8 +28,8 @@ protected:
     Outcome prefs(const std::string& arguments) const {
         const std::string command =
             "env -u DBUS_SESSION_BUS_ADDRESS XDG_RUNTIME_DIR=" + folder.path().string() +
-            " XDG_CONFIG_HOME=" + folder.path().string() + " " VANTOR_PROGRAM " prefs " +
-            arguments + " 2>&1";
+            " HOME=" + folder.path().string() + " XDG_CONFIG_HOME=" + folder.path().string() +
+            " " VANTOR_PROGRAM " prefs " + arguments + " 2>&1";
         std::FILE* const pipe = ::popen(command.c_str(), "r");
         if (pipe == nullptr)
             return {};
@@ -78,6 +78,32 @@ TEST_F(PrefsCommandTest, UnreadableFileGivesDefaultsAndAWarning) {
     const Outcome written = prefs("set TimerFrequency 2");
     EXPECT_EQ(written.status, 1);
     EXPECT_THAT(written.output, HasSubstr("TimerFrequency can't be stored"));
+}
+
+TEST_F(PrefsCommandTest, SettingsOfThePreviousVersionAreTakenOverOnce) {
+    EXPECT_EQ(prefs("migrate").output, "There are no settings of the previous version\n");
+    const fs::path former = folder / "Library/Preferences/com.kolbrin.vantorbar.extras.plist";
+    fs::create_directories(former.parent_path());
+    std::ofstream(former) << "<plist version=\"1.0\"><dict><key>CPUFontSize</key>"
+                             "<integer>11</integer></dict></plist>";
+    const Outcome outcome = prefs("migrate");
+    EXPECT_EQ(outcome.status, 0) << outcome.output;
+    EXPECT_THAT(outcome.output, HasSubstr("1 setting carried over from \""));
+    EXPECT_EQ(prefs("get CPU_MenubarTextSize").output, "11\n");
+    EXPECT_EQ(prefs("set CPU_MenubarTextSize 12").status, 0);
+    EXPECT_THAT(prefs("migrate").output, HasSubstr("carried over before"));
+    EXPECT_EQ(prefs("get CPU_MenubarTextSize").output, "12\n");
+}
+
+TEST_F(PrefsCommandTest, MigrationThatCannotStoreEndsWithOne) {
+    const fs::path former = folder / "Library/Preferences/com.kolbrin.vantorbar.extras.plist";
+    fs::create_directories(former.parent_path());
+    std::ofstream(former) << "<plist version=\"1.0\"><dict><key>CPUFontSize</key>"
+                             "<integer>11</integer></dict></plist>";
+    fs::create_directories(file());
+    const Outcome outcome = prefs("migrate");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.output, HasSubstr("not carried over: CPUFontSize"));
 }
 
 TEST_F(PrefsCommandTest, OutputThatGoesNowhereEndsWithOne) {

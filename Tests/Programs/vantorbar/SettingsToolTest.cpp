@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <filesystem>
+#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -10,12 +12,16 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include "Foundation/PropertyList.h"
 #include "Platform/Simulated/SimulatedMachine.h"
+#include "Shared/ProcessContext.h"
 #include "Shared/VTRPreferences.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 namespace vantor {
 namespace {
 
+namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
@@ -162,6 +168,87 @@ TEST_F(SettingsToolTest, SettingWithoutANameIsWrongUsage) {
 TEST_F(SettingsToolTest, FailingWriteGivesTheReasonAndTellsNobody) {
     machine.preferences.setFailing(true);
     EXPECT_EQ(tool.set("TimerFrequency", "2", UnknownKeys::refused), 1);
+    EXPECT_THAT(complaints(), HasSubstr("the domain can't be written"));
+    EXPECT_EQ(told(), "");
+}
+
+// --- Migration ---------------------------------------------------------------------------------
+
+class SettingsToolMigrationTest : public SettingsToolTest {
+protected:
+    SettingsToolMigrationTest() { machine.directories.setRoot(folder.path()); }
+    fs::path formerFile() const {
+        return folder / "Library/Preferences/com.kolbrin.vantorbar.extras.plist";
+    }
+    void leave(std::string_view bytes) const {
+        fs::create_directories(formerFile().parent_path());
+        std::ofstream(formerFile(), std::ios::binary) << bytes;
+    }
+    void leave(const PropertyValue::Dictionary& settings) const {
+        leave(propertyListXML(settings));
+    }
+    int migrate() {
+        const ProcessContext process(machine.ports());
+        return tool.migrate(*VTRPreferences::sharedPreferences());
+    }
+
+    test::TemporaryFolder folder;
+};
+
+TEST_F(SettingsToolMigrationTest, MigrationStoresTellsAndSaysHowMany) {
+    leave({{"CPUFontSize", integer(11)}, {"SkinType", integer(1)}});
+    EXPECT_EQ(migrate(), 0);
+    EXPECT_EQ(lines(), "2 settings carried over from \"" + formerFile().string() + "\"\n");
+    EXPECT_EQ(complaints(), "");
+    EXPECT_EQ(stored("CPU_MenubarTextSize"), integer(11));
+    EXPECT_EQ(stored("Migrated_5.0"), PropertyValue(true));
+    EXPECT_EQ(told(), "VantorBarCPUPreferencesChanged:CPU_MenubarTextSize:text;"
+                      "VantorBarGlobalDisplayChange:DropdownTheme:dropdown;");
+}
+
+TEST_F(SettingsToolMigrationTest, OneSettingIsOne) {
+    leave({{"CPUFontSize", integer(11)}});
+    migrate();
+    EXPECT_THAT(lines(), testing::StartsWith("1 setting carried"));
+}
+
+TEST_F(SettingsToolMigrationTest, SettingsThatCouldNotBeReadAreNamed) {
+    leave({{"CPUFontSize", integer(11)},
+           {"CPUUserGraphColor", PropertyValue::Data{}},
+           {"own\x7Fkey", PropertyValue::Data{}}});
+    EXPECT_EQ(migrate(), 0);
+    EXPECT_EQ(complaints(), "vantorbar: not carried over: CPUUserGraphColor, own?key\n");
+}
+
+TEST_F(SettingsToolMigrationTest, MissingFileIsNoFault) {
+    EXPECT_EQ(migrate(), 0);
+    EXPECT_EQ(lines(), "There are no settings of the previous version\n");
+    EXPECT_THAT(machine.preferences.readAll(), IsEmpty());
+}
+
+TEST_F(SettingsToolMigrationTest, SecondMigrationSaysThatItWasDoneBefore) {
+    leave({{"CPUFontSize", integer(11)}});
+    migrate();
+    told();
+    EXPECT_EQ(migrate(), 0);
+    EXPECT_THAT(lines(), testing::EndsWith("were carried over before\n"));
+    EXPECT_EQ(told(), "VantorBarCPUPreferencesChanged:CPU_MenubarTextSize:text;");
+}
+
+TEST_F(SettingsToolMigrationTest, DamagedFileIsToldOf) {
+    leave("no property list");
+    EXPECT_EQ(migrate(), 0);
+    EXPECT_EQ(complaints(), "vantorbar: \"" + formerFile().string() +
+                                "\" is damaged; nothing was carried over\n");
+    EXPECT_EQ(lines(), "");
+    EXPECT_THAT(machine.preferences.readAll(), IsEmpty());
+}
+
+TEST_F(SettingsToolMigrationTest, FailingWriteEndsWithOneAndTheReason) {
+    leave({{"CPUFontSize", integer(11)}});
+    machine.preferences.setFailing(true);
+    EXPECT_EQ(migrate(), 1);
+    EXPECT_THAT(complaints(), HasSubstr("not carried over: CPUFontSize\n"));
     EXPECT_THAT(complaints(), HasSubstr("the domain can't be written"));
     EXPECT_EQ(told(), "");
 }
