@@ -17,6 +17,7 @@ public:
     Rect viewFrame() const noexcept override { return {0, 0, viewSize_.width, viewSize_.height}; }
     void setNeedsDisplay() override { needsDisplay_ = true; }
     bool isMenuDown() const noexcept override { return false; }
+    void drawMenuBackground(Painting::Context&) override {}
     void willUnload() override { needsDisplay_ = false; }
 
     void displayIfNeeded();

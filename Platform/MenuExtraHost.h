@@ -2,6 +2,10 @@
 
 #include "Foundation/Geometry.h"
 
+namespace vantor::Painting {
+class Context;
+}
+
 namespace vantor {
 
 /// Port: the place in a bar that a host gives to one extra. Main queue only.
@@ -17,6 +21,8 @@ public:
     /// The item wants to be shown anew, once, after what is running now.
     virtual void setNeedsDisplay() = 0;
     virtual bool isMenuDown() const noexcept = 0;
+    /// Inside a paint: the highlight of an open menu, under the whole item.
+    virtual void drawMenuBackground(Painting::Context& context) = 0;
     /// The extra is gone; the host gives its place to others.
     virtual void willUnload() = 0;
 };

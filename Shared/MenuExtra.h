@@ -7,6 +7,7 @@
 namespace vantor::inline VANTOR_MODULE {
 
 class VTRMenu;
+class VTRMenuExtraView;
 class VTRModule;
 
 /// An item of a bar, as its host sees it.
@@ -19,6 +20,8 @@ public:
     virtual ~MenuExtra() = default;
     /// What the host shows on a click, or null.
     virtual VTRMenu* menu() { return nullptr; }
+    /// What the host paints, or null before the item is there.
+    virtual VTRMenuExtraView* view() { return nullptr; }
     virtual void willUnload() {}
     /// For assistive technology.
     virtual std::string_view AXDescription() const { return ""; }

@@ -66,7 +66,24 @@ void VTRMenuExtra::run() {
         ports_.witness->extraLoaded(extraName());
 }
 
+/// An item that changes its width leaves the bar for a moment: hosts lay it out anew then.
+void VTRMenuExtra::loadView() {
+    view_ = std::make_unique<VTRMenuExtraView>(host_, *this);
+    view_->setZero(true);
+    host_.setNeedsDisplay();  // the view is installed
+    view_->setDraw(true);
+    view_->setLastSize(0);
+}
+
+void VTRMenuExtra::disableZero() {
+    if (view_)
+        view_->setZero(false);
+    update();
+}
+
 void VTRMenuExtra::startModules(std::string& stage) {
+    stage = "loading base view";
+    loadView();
     stage = "loading modules";
     loadModules();
     for (std::size_t index = 0; !isCombinedExtra() && index < modules_->size(); ++index) {

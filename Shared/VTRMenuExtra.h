@@ -14,6 +14,7 @@
 #include "Shared/MenuExtra.h"
 #include "Shared/VTRMenu.h"
 #include "Shared/VTRModule.h"
+#include "Shared/Views/VTRMenuExtraView.h"
 
 namespace vantor::inline VANTOR_MODULE {
 
@@ -48,6 +49,7 @@ public:
 
     /// The combined menu, or the menu of the one module; null for any other number of modules.
     VTRMenu* menu() override;
+    VTRMenuExtraView* view() override { return view_.get(); }
     void willUnload() override;
     const Modules* modules() const override { return modules_.get(); }
     VTRModule* moduleWithKey(int key) const noexcept;
@@ -61,6 +63,8 @@ public:
     void update() override;
 
     void menubarThemeChanged();
+    /// From now on a change of width doesn't take the item out of the bar.
+    void disableZero();
     void displayChange(const Notification& notification);
 
     /// The newest installed copy of the application that owns this extra, or nothing.
@@ -73,6 +77,7 @@ protected:
 
 private:
     void run();
+    void loadView();
     void startModules(std::string& stage);
     void registerObservers();
     void reportFailure(std::string_view exception, std::string_view stage);
@@ -84,6 +89,7 @@ private:
     State state_ = State::constructed;
     std::unique_ptr<Modules> modules_;
     std::unique_ptr<VTRMenu> combinedMenu_;
+    std::unique_ptr<VTRMenuExtraView> view_;
     Observation displayChange_, menubarThemeChanged_, combinedDisplayChange_;
     WeakSource<VTRMenuExtra> self_{*this};
 };

@@ -22,6 +22,11 @@ VTRModule::VTRModule(VTRModuleDelegate& extra) : menu_(createMenu()) {
 
 VTRModule::~VTRModule() = default;
 
+void VTRModule::menubarThemeChanged() {
+    if (view_)
+        view_->resetTextConfig();
+}
+
 void VTRModule::addDelegate(VTRModuleDelegate& delegate) {
     if (std::ranges::find(delegates_, &delegate) == delegates_.end())
         delegates_.push_back(&delegate);

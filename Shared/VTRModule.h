@@ -10,6 +10,7 @@
 #include "Foundation/NotificationCenter.h"
 #include "Shared/Collectors/StatCollectorDelegate.h"
 #include "Shared/VTRMenu.h"
+#include "Shared/Views/VTRMenuExtraContentView.h"
 
 namespace vantor::inline VANTOR_MODULE {
 
@@ -46,7 +47,7 @@ public:
     virtual bool prepareDatabase() { return false; }
     virtual void rebuildMenu() {}
     virtual void themeChange() {}
-    virtual void menubarThemeChanged() {}
+    virtual void menubarThemeChanged();
     virtual void globalPreferencesChange(const Notification&) {}
     virtual void menuChange(const Notification&) {}
     virtual void skinTypeChange(const Notification&) {}
@@ -59,6 +60,11 @@ public:
     void addDelegate(VTRModuleDelegate& delegate);
     void removeDelegate(VTRModuleDelegate& delegate) noexcept;
     const std::vector<VTRModuleDelegate*>& delegates() const noexcept { return delegates_; }
+
+    /// What the module shows in the bar, or null.
+    VTRMenuExtraContentView* view() const noexcept { return view_.get(); }
+    void setView(std::unique_ptr<VTRMenuExtraContentView> view) { view_ = std::move(view); }
+    double width() const noexcept { return view_ ? view_->size() : 0; }
 
     int key() const noexcept { return key_; }
     void setKey(int key) noexcept { key_ = key; }
@@ -90,6 +96,7 @@ private:
     int key_ = 0;
     std::vector<VTRModuleDelegate*> delegates_;
     std::unique_ptr<VTRMenu> menu_;
+    std::unique_ptr<VTRMenuExtraContentView> view_;
 };
 
 }  // namespace vantor::inline VANTOR_MODULE

@@ -237,15 +237,40 @@ ScenarioEvent event(const ScenarioValue& value, double earlier, const Scenario& 
     return {at, *action};
 }
 
+std::string fileName(const ScenarioValue& name) {
+    if (name.text().empty() || name.text().find('/') != std::string::npos || name.text()[0] == '.')
+        name.fail("expected the name of a file");
+    return name.text();
+}
+
+SnapshotOutput snapshot(ScenarioObject& object) {
+    SnapshotOutput picture{.file = fileName(object.require("snapshot")), .background = {}};
+    object.with("of", [](const ScenarioValue& of) {
+        if (of.text() != "item")
+            of.fail("this program has no dropdown");
+    });
+    object.with("scale", [&](const ScenarioValue& scale) {
+        picture.scale = static_cast<int>(scale.integer(1, 2));
+    });
+    object.with("background", [&](const ScenarioValue& background) {
+        picture.background = colorFromString(background.text());
+        if (!picture.background)
+            background.fail("expected a colour, as in \"1 1 1 1\"");
+    });
+    return picture;
+}
+
 ScenarioOutput output(const ScenarioValue& value, double earlier) {
     ScenarioObject object(value);
     const double at = timeNotBefore(object, earlier);
-    refuse(object, {"snapshot"}, "this program paints no pictures");
-    const ScenarioValue name = object.require("dump");
-    if (name.text().empty() || name.text().find('/') != std::string::npos || name.text()[0] == '.')
-        name.fail("expected the name of a file");
+    if (object.find("snapshot")) {
+        const SnapshotOutput picture = snapshot(object);
+        object.finish();
+        return {at, picture};
+    }
+    const std::string file = fileName(object.require("dump"));
     object.finish();
-    return {at, name.text()};
+    return {at, DumpOutput{file}};
 }
 
 Scenario::Extra extraNamed(const ScenarioValue& value) {

@@ -10,6 +10,7 @@
 #include <variant>
 #include <vector>
 
+#include "Foundation/Colour.h"
 #include "Foundation/NotificationCenter.h"
 #include "Foundation/PropertyValue.h"
 #include "Platform/LoadAverages.h"
@@ -71,9 +72,20 @@ struct ScenarioEvent {
     Action action;
 };
 
+/// The state, as text.
+struct DumpOutput {
+    std::string file;
+};
+/// The item, as the host shows it.
+struct SnapshotOutput {
+    std::string file;
+    int scale = 1;
+    std::optional<Colour> background;  // else transparent
+};
+
 struct ScenarioOutput {
     double at;  // seconds after the start
-    std::string dump;  // the file's name
+    std::variant<DumpOutput, SnapshotOutput> what;
 };
 
 /// What a machine does, and what is written about the program on it.

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <functional>
-
 #include "Platform/MenuExtraHost.h"
 #include "Platform/Simulated/Journal.h"
 
@@ -18,6 +16,7 @@ public:
     /// One paint, if the item is marked.
     void displayIfNeeded();
     bool unloaded() const noexcept { return unloaded_; }
+    int backgroundsDrawn() const noexcept { return backgroundsDrawn_; }
 
     void setLength(double length) override;
     double length() const noexcept override { return length_; }
@@ -25,6 +24,7 @@ public:
     Rect viewFrame() const noexcept override { return frame_; }
     void setNeedsDisplay() override { needsDisplay_ = true; }
     bool isMenuDown() const noexcept override { return menuDown_; }
+    void drawMenuBackground(Painting::Context&) override { ++backgroundsDrawn_; }
     void willUnload() override { unloaded_ = true; }
 
 private:
@@ -32,6 +32,7 @@ private:
     Rect frame_;
     double length_ = 0;
     bool needsDisplay_ = false, menuDown_ = false, unloaded_ = false;
+    int backgroundsDrawn_ = 0;
 };
 
 }  // namespace vantor::simulated

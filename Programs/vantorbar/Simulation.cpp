@@ -5,9 +5,9 @@
 #include <utility>
 #include <variant>
 
+#include "Hosts/Offscreen/OffscreenHost.h"
 #include "Programs/vantorbar/CombinedExtra.h"
 #include "Programs/vantorbar/StateDump.h"
-#include "Platform/Simulated/SimulatedMenuExtraHost.h"
 #include "Shared/ProcessContext.h"
 #include "Targets/VantorBarCPU/VantorBarCPU.h"
 
@@ -39,13 +39,19 @@ void changeMachine(const MachineChange& change, SimulatedMachine& machine) {
 
 }  // namespace
 
-/// One process of the program, from its start to its end.
-struct Simulation::Program {
-    Program(const Ports& ports, Journal& journal, Scenario::Extra kind)
-        : context(ports), host(&journal), extra(makeExtra(kind, host)) {}
+/// One process of the program, from its start to its end, in a bar that the journal listens to.
+struct Simulation::Program final : OffscreenListener {
+    Program(const Ports& ports, Journal& hearing, Scenario::Extra kind)
+        : journal(hearing), context(ports), host(this), extra(makeExtra(kind, host)) {
+        host.setExtra(extra.get());
+    }
 
+    void length(double length) override { journal.length(length); }
+    void repaint() override { journal.repaint(); }
+
+    Journal& journal;
     ProcessContext context;
-    SimulatedMenuExtraHost host;
+    OffscreenHost host;
     std::unique_ptr<VTRMenuExtra> extra;
 };
 
@@ -186,20 +192,31 @@ void Simulation::takeEvent() {
     std::visit(Act{*this}, scenario_.events[nextEvent_++].action);
 }
 
-void Simulation::takeOutput() { writeDump(scenario_.outputs[nextOutput_++].dump); }
+void Simulation::takeOutput() {
+    std::visit([this](const auto& what) { write(what); }, scenario_.outputs[nextOutput_++].what);
+}
 
 /// The clock goes on, nothing runs; not past the end.
 void Simulation::standStill(double seconds) {
     machine_.mainQueue.moveTo(std::min(machine_.mainQueue.now() + seconds, end_));
 }
 
-void Simulation::writeDump(const std::string& name) {
+void Simulation::write(const DumpOutput& output) {
     nlohmann::ordered_json dump = {{"time", machine_.clock.now()},
                                    {"at", machine_.mainQueue.now() - scenario_.start},
                                    {"running", program_ != nullptr}};
     if (program_)
         dump.update(programState(program_->context, *program_->extra, program_->host.length()));
-    folder_.writeFile(name, dump.dump(1) + "\n");
+    folder_.writeFile(output.file, dump.dump(1) + "\n");
+}
+
+void Simulation::write(const SnapshotOutput& output) {
+    OffscreenHost nobody;
+    OffscreenHost& host = program_ ? program_->host : nobody;
+    const std::filesystem::path file = folder_.path() / output.file;
+    if (!host.snapshot(output.scale, output.background).writePNG(file))
+        throw std::filesystem::filesystem_error("can't write", file,
+                                                std::make_error_code(std::errc::io_error));
 }
 
 }  // namespace vantor

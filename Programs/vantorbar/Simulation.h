@@ -42,7 +42,8 @@ private:
     void takeEvent();
     void takeOutput();
     void standStill(double seconds);
-    void writeDump(const std::string& name);
+    void write(const simulated::DumpOutput& dump);
+    void write(const simulated::SnapshotOutput& snapshot);
     double eventTime() const;
     double outputTime() const;
 

@@ -11,6 +11,7 @@
 #include "Programs/vantorbar/RecordCommand.h"
 #include "Programs/vantorbar/RunCommand.h"
 #include "Programs/vantorbar/SimulateCommand.h"
+#include "Programs/vantorbar/SnapshotCommand.h"
 
 namespace {
 
@@ -49,6 +50,7 @@ int runCommandLine(int argc, char** argv) {
     vantor::addPrefsCommand(app, exitStatus);
     vantor::addSimulateCommand(app, exitStatus);
     vantor::addRecordCommand(app, exitStatus);
+    vantor::addSnapshotCommand(app, exitStatus);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -7,6 +7,7 @@
 #include "Shared/Collectors/LoadStatCollector.h"
 #include "Shared/ProcessContext.h"
 #include "Shared/VTRPreferences.h"
+#include "Targets/VantorBarCPU/Classes/VantorCPUMenuExtraView.h"
 
 namespace vantor::inline VANTOR_MODULE {
 namespace {
@@ -19,7 +20,9 @@ constexpr std::string_view kTextKeys[] = {
 }  // namespace
 
 VTRCPUModule::VTRCPUModule(VTRModuleDelegate& extra)
-    : VTRModule(extra), ports_(ProcessContext::current().ports()) {}
+    : VTRModule(extra), ports_(ProcessContext::current().ports()) {
+    setView(std::make_unique<VantorCPUMenuExtraView>(Rect{0, 0, 20, 22}, &extra));
+}
 
 void VTRCPUModule::setup() {
     ports_.workQueues.globalAsync([module = self_.handle(), &mainQueue = ports_.mainQueue] {
@@ -45,9 +48,14 @@ void VTRCPUModule::loadNotifications() {
 
 void VTRCPUModule::preferencesChange(const Notification& notification) {
     VTRRefreshKey(infoValue(notification.info, "key"));
-    if (infoValue(notification.info, "resetKey") == "text")
+    const std::string_view resetKey = infoValue(notification.info, "resetKey");
+    if (resetKey == "graph")
+        view()->loadConfig();
+    if (resetKey == "text") {
         for (const std::string_view key : kTextKeys)
             VTRRefreshKey(key);
+        view()->resetTextConfig();
+    }
     for (VTRModuleDelegate* const delegate : delegates()) {
         delegate->updateSize();
         delegate->update();

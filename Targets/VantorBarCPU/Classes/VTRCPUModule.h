@@ -14,6 +14,7 @@ public:
 
     void setup() override;
     void loadNotifications() override;
+    void globalPreferencesChange(const Notification&) override { view()->loadConfig(); }
     void preferencesChange(const Notification& notification);
     void loadCombinedMode() {}
     void partialUnload() override;

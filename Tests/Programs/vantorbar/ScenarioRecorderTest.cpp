@@ -34,7 +34,7 @@ protected:
         const double seconds = machine.mainQueue.now() - began;
         const std::string text = recorder.scenario(seconds).dump();
         simulated::Scenario scenario = simulated::scenarioFromText(text);
-        scenario.outputs.push_back({seconds, "end.json"});
+        scenario.outputs.push_back({seconds, simulated::DumpOutput{"end.json"}});
         simulated::Journal silent;
         const OutputFolder output(folder / "out");
         Simulation(scenario, silent, output).run();

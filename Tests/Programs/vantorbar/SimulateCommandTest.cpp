@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include "Foundation/Image.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace vantor {
@@ -55,6 +56,29 @@ TEST_F(SimulateCommandTest, WritesWhatTheWorldCouldSee) {
     EXPECT_TRUE(std::filesystem::is_directory(folder / "out/databases"));
 }
 
+TEST_F(SimulateCommandTest, TheFirstPaintsTellTheItemsWidth) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 0.5})"), 0) << errors.str();
+    std::vector<double> lengths;
+    for (const json& event : events("length"))
+        lengths.push_back(event["length"]);
+    EXPECT_EQ(lengths, (std::vector<double>{20, 0, 42}));
+    EXPECT_EQ(events("repaint").size(), 2U);  // the second one shows what the first cut off
+}
+
+TEST_F(SimulateCommandTest, ASnapshotIsAsWideAsTheItem) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 5, "outputs": [
+        {"at": 4, "snapshot": "one.png"},
+        {"at": 4, "snapshot": "two.png", "of": "item", "scale": 2, "background": "1 1 1 1"}]})"),
+              0)
+        << errors.str();
+    const auto one = Image::fromFile(folder / "out/one.png");
+    const auto two = Image::fromFile(folder / "out/two.png");
+    ASSERT_TRUE(one && two);
+    EXPECT_EQ(one->size(), (Size{42, 22}));
+    EXPECT_EQ(two->size(), (Size{84, 44}));
+    EXPECT_EQ(two->pixels()[0], 0xFFFFFFFFU);
+}
+
 TEST_F(SimulateCommandTest, AMeasurementStandsBeforeItsUpdate) {
     ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 3})"), 0);
     const std::string text = textOf(folder / "out/events.jsonl");
@@ -70,7 +94,7 @@ TEST_F(SimulateCommandTest, ADumpShowsSharesInPercent) {
         << errors.str();
     const json state = dump("state.json");
     EXPECT_EQ(state["running"], true);
-    EXPECT_EQ(state["extra"], (json{{"loaded", true}, {"length", 20}}));
+    EXPECT_EQ(state["extra"], (json{{"loaded", true}, {"length", 42}}));
     const json& cpu = state["collectors"]["cpu"];
     EXPECT_NEAR(cpu["storages"]["0"][0]["values"][0].get<double>(), 20, 1e-4);
     EXPECT_EQ(cpu["items"].size(), 2U);
