@@ -56,7 +56,8 @@ std::span<const std::uint32_t> ImageSurface::row(int y) const noexcept {
 }
 
 bool ImageSurface::writePNG(const std::filesystem::path& file) const noexcept {
-    return cairo_ != nullptr && Engine::shared().writePNG(cairo_.get(), file.c_str());
+    // Without pixels there is nothing to write, and no empty file is left.
+    return widthPixels() > 0 && heightPixels() > 0 && Engine::shared().writePNG(cairo_.get(), file.c_str());
 }
 
 }  // namespace vantor::Painting

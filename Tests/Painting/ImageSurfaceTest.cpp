@@ -46,6 +46,7 @@ TEST(ImageSurfaceTest, PixelsOutsideAreNothing) {
 }
 
 TEST(ImageSurfaceTest, OneThatCannotBeHadTakesAllPaintingQuietly) {
+    const test::TemporaryFolder folder;
     const double none = std::numeric_limits<double>::quiet_NaN();
     for (const Size size : {Size{0, 5}, Size{-1, 5}, Size{20'000, 5}, Size{none, 5}}) {
         ImageSurface surface(size, 1), other({5, 5}, 1);
@@ -55,7 +56,8 @@ TEST(ImageSurfaceTest, OneThatCannotBeHadTakesAllPaintingQuietly) {
         other.context().drawImage(surface, Point{0, 0});
         EXPECT_EQ(surface.widthPixels(), 0);
         EXPECT_EQ(surface.pixel(0, 0), 0u);
-        EXPECT_FALSE(surface.writePNG("nowhere.png"));
+        EXPECT_FALSE(surface.writePNG(folder / "nowhere.png"));
+        EXPECT_FALSE(std::filesystem::exists(folder / "nowhere.png"));
         EXPECT_EQ(other.pixel(2, 2), 0u);
     }
 }
