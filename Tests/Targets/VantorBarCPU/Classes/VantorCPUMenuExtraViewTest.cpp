@@ -1,9 +1,12 @@
 #include "Targets/VantorBarCPU/Classes/VantorCPUMenuExtraView.h"
 
+#include <filesystem>
+
 #include <gtest/gtest.h>
 
 #include "Shared/Collectors/CPUStatCollector.h"
 #include "Shared/VTRPreferences.h"
+#include "Tests/Support/AllocationCounter.h"
 #include "Tests/Support/BarCanvas.h"
 #include "Tests/Support/World.h"
 
@@ -106,6 +109,26 @@ TEST_F(VantorCPUMenuExtraViewTest, TheBreakdownShowsTheSystemAboveTheUser) {
     EXPECT_EQ(canvas.pixel(4, 3 + 7), canvas.pixel(4, 3));     // user up to 8
     EXPECT_NE(canvas.pixel(4, 3 + 8), canvas.pixel(4, 3));
     EXPECT_EQ(canvas.pixel(4, 3 + 8) >> 16 & 0xFF, 0xFFU);     // the system's red
+}
+
+TEST_F(VantorCPUMenuExtraViewTest, ARepaintAllocatesNothing) {
+    world.machine.directories.setResources(
+        std::filesystem::path(VANTOR_BUNDLE_DIR).parent_path());
+    VTRSetObjectForKey("CPU_MenubarMode", "100,0,1,2,3,4,6");
+    CPUStatCollector& collector = CPUStatCollector::sharedCPUCollector();
+    for (const int scale : {1, 2}) {
+        test::BarCanvas canvas(400, scale);
+        const auto paintASample = [&] {
+            world.machine.processorCounters.spend(0, {.user = 40, .idle = 60});
+            collector.updateStats();
+            view.drawAtOffset(canvas.context, 0);
+        };
+        paintASample();
+        paintASample();
+        const test::AllocationCounter allocations;
+        view.drawAtOffset(canvas.context, 0);
+        EXPECT_EQ(allocations.count(), 0) << scale;
+    }
 }
 
 TEST_F(VantorCPUMenuExtraViewTest, LoadingTheConfigurationKeepsTextAttributes) {
