@@ -1,7 +1,5 @@
 #include "Foundation/UTF8.h"
 
-#include <cstddef>
-
 namespace vantor {
 namespace {
 
@@ -24,8 +22,9 @@ bool isSecondByteAllowed(unsigned lead, unsigned second) noexcept {
     }
 }
 
-/// The length of the letter that `bytes` begins with; 0 where there is none.
-std::size_t letterLength(std::string_view bytes) noexcept {
+}  // namespace
+
+std::size_t utf8LetterLength(std::string_view bytes) noexcept {
     const auto byte = [bytes](std::size_t at) -> unsigned {
         return at < bytes.size() ? static_cast<unsigned char>(bytes[at]) : 0;
     };
@@ -41,11 +40,9 @@ std::size_t letterLength(std::string_view bytes) noexcept {
     return length;
 }
 
-}  // namespace
-
 std::string_view validUTF8Prefix(std::string_view bytes) noexcept {
     std::size_t valid = 0;
-    while (const std::size_t length = letterLength(bytes.substr(valid)))
+    while (const std::size_t length = utf8LetterLength(bytes.substr(valid)))
         valid += length;
     return bytes.substr(0, valid);
 }
