@@ -42,7 +42,11 @@ void collectEntries(const fs::path& directory, std::vector<fs::path>& entries) {
 }
 
 PropertyValue::Dictionary bundleInformation(const fs::path& bundle) {
-    std::ifstream file(bundle / "Contents/Info.plist", std::ios::binary);
+    const fs::path path = bundle / "Contents/Info.plist";
+    std::error_code unreadable;
+    if (!fs::is_regular_file(path, unreadable))  // a stream over a folder throws
+        return {};
+    std::ifstream file(path, std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     const auto value = propertyListValue(text);
     const auto* const entries = value ? value->dictionary() : nullptr;

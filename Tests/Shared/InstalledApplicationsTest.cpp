@@ -72,6 +72,11 @@ TEST_F(InstalledApplicationsTest, PlainFoldersAreSearchedPackagesAndHiddenOnesAr
     EXPECT_EQ(found(), "Utilities/Vantor Bar.app");
 }
 
+TEST_F(InstalledApplicationsTest, ABundleWithAFolderForItsInformationIsNone) {
+    std::filesystem::create_directories(folder / "Vantor Bar.app/Contents/Info.plist");
+    EXPECT_EQ(found(), "nothing");
+}
+
 TEST_F(InstalledApplicationsTest, ABrokenBundleIsNone) {
     install("Vantor Bar.app", {});
     std::ofstream(folder / "Vantor Bar.app/Contents/Info.plist") << "garbage";
