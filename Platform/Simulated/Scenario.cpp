@@ -167,25 +167,26 @@ std::optional<ScenarioEvent::Action> appearanceEvent(ScenarioObject& object, con
 }
 
 /// "key": seconds.
-template <class Action, double Least>
-std::optional<ScenarioEvent::Action> secondsEvent(ScenarioObject& object, std::string_view key) {
+template <class Action>
+std::optional<ScenarioEvent::Action> secondsEvent(ScenarioObject& object, std::string_view key,
+                                                  double least = 0) {
     const auto value = object.find(key);
     if (!value)
         return std::nullopt;
-    return ScenarioEvent::Action(Action{value->numberAtLeast(Least)});
+    return ScenarioEvent::Action(Action{value->numberAtLeast(least)});
 }
 
 std::optional<ScenarioEvent::Action> timeEvent(ScenarioObject& object, const Scenario&) {
     constexpr double kAny = std::numeric_limits<double>::lowest();
-    if (auto action = secondsEvent<ClockStep, kAny>(object, "clock"))
+    if (auto action = secondsEvent<ClockStep>(object, "clock", kAny))
         return action;
-    if (auto action = secondsEvent<Stall, 0.0>(object, "stall"))
+    if (auto action = secondsEvent<Stall>(object, "stall"))
         return action;
-    return secondsEvent<Sleep, 0.0>(object, "sleep");
+    return secondsEvent<Sleep>(object, "sleep");
 }
 
 std::optional<ScenarioEvent::Action> lifeEvent(ScenarioObject& object, const Scenario&) {
-    if (auto action = secondsEvent<Restart, 0.0>(object, "restart"))
+    if (auto action = secondsEvent<Restart>(object, "restart"))
         return action;
     const auto value = object.find("kill");
     if (!value)
