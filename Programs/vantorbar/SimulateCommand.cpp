@@ -8,8 +8,10 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include "Platform/Linux/LinuxDirectories.h"
 #include "Programs/vantorbar/EventJournal.h"
 #include "Programs/vantorbar/OutputFolder.h"
+#include "Programs/vantorbar/ProgramDirectories.h"
 #include "Programs/vantorbar/Simulation.h"
 #include "Programs/vantorbar/StateDump.h"
 
@@ -29,6 +31,9 @@ void runScenario(const simulated::Scenario& scenario, const SimulateOptions& opt
         events.emplace(folder.path() / "events.jsonl");
     simulated::Journal& journal = events ? *events : silent;
     Simulation simulation(scenario, journal, folder);
+    // The artwork and the texts are the program's own, whatever the machine.
+    simulation.machine().directories.setResources(
+        LinuxDirectories(programDirectories()).resources());
     if (events)
         events->attach(simulation.machine().clock, simulation.machine().mainQueue, scenario.start);
     simulation.run();

@@ -1,5 +1,6 @@
 #include "Programs/vantorbar/SimulateCommand.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -77,6 +78,16 @@ TEST_F(SimulateCommandTest, ASnapshotIsAsWideAsTheItem) {
     EXPECT_EQ(one->size(), (Size{42, 22}));
     EXPECT_EQ(two->size(), (Size{84, 44}));
     EXPECT_EQ(two->pixels()[0], 0xFFFFFFFFU);
+}
+
+TEST_F(SimulateCommandTest, ASnapshotShowsTheProgramsOwnArtwork) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 5, "preferences":
+        {"CPU_MenubarMode": "100"}, "outputs": [{"at": 4, "snapshot": "label.png"}]})"),
+              0)
+        << errors.str();
+    const auto label = Image::fromFile(folder / "out/label.png");
+    ASSERT_TRUE(label);
+    EXPECT_TRUE(std::ranges::any_of(label->pixels(), [](auto pixel) { return pixel != 0; }));
 }
 
 TEST_F(SimulateCommandTest, AMeasurementStandsBeforeItsUpdate) {
