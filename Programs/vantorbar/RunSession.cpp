@@ -9,6 +9,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include "Hosts/Gtk/BarHost.h"
 #include "Hosts/None/NoHost.h"
 #include "Hosts/Text/LineHost.h"
 #include "Hosts/Text/TextHost.h"
@@ -37,6 +38,8 @@ RunSession::RunSession(const RunOptions& options)
       output_(STDOUT_FILENO, signals_.descriptor()), host_(makeHost(options)),
       count_(options.count) {
     watchOutput(options.face);
+    if (bars_ != nullptr)
+        barLoop_ = std::make_unique<BarLoop>(platform_.mainQueue(), *options.toolkit, *bars_);
 }
 
 std::unique_ptr<ItemHost> RunSession::makeHost(const RunOptions& options) {
@@ -47,6 +50,8 @@ std::unique_ptr<ItemHost> RunSession::makeHost(const RunOptions& options) {
         return std::make_unique<LineHost>(output_, LineHost::Format::json);
     case RunFace::plainLines:
         return std::make_unique<LineHost>(output_, LineHost::Format::plain);
+    case RunFace::bars:
+        return makeBars(options);
     case RunFace::screen:
         break;
     }
@@ -55,9 +60,16 @@ std::unique_ptr<ItemHost> RunSession::makeHost(const RunOptions& options) {
     return host;
 }
 
+std::unique_ptr<ItemHost> RunSession::makeBars(const RunOptions& options) {
+    auto host = std::make_unique<BarHost>(*options.toolkit, options.bars);
+    bars_ = host.get();
+    return host;
+}
+
 void RunSession::watchOutput(RunFace face) {
     LinuxMainQueue& queue = platform_.mainQueue();
-    if (face != RunFace::none)  // asks for nothing but to be told when the reader goes
+    if (face != RunFace::none &&
+        face != RunFace::bars)  // asks for nothing but to be told when the reader goes
         outputGone_ = queue.watch(STDOUT_FILENO, 0, [&queue](short) { queue.stop(); });
     if (face == RunFace::screen && isatty(STDIN_FILENO) == 1)
         keys_ = queue.watch(STDIN_FILENO, POLLIN, [this](short) { readKeys(); });
@@ -66,8 +78,10 @@ void RunSession::watchOutput(RunFace face) {
 int RunSession::run() {
     LinuxMainQueue& queue = platform_.mainQueue();
     VantorBarCPU extra(*host_);
+    if (bars_ != nullptr)
+        bars_->setExtra(&extra);
     queue.setAfterCalls([&] {
-        host_->displayIfNeeded();
+        displayIfNeeded();
         const bool isDone = count_ > 0 && host_->samplesShown() >= count_;
         if (isDone || output_.state() != OutputStream::State::open ||
             extra.state() == VTRMenuExtra::State::unloaded)
@@ -75,11 +89,20 @@ int RunSession::run() {
     });
     queue.run();
     queue.setAfterCalls({});
+    if (bars_ != nullptr)
+        bars_->setExtra(nullptr);
     const bool failed = extra.state() == VTRMenuExtra::State::unloaded;  // the log says why
     extra.willUnload();
     if (output_.state() == OutputStream::State::failed)
         throw std::system_error(output_.error(), std::generic_category(), "standard output");
     return failed ? 1 : 0;
+}
+
+void RunSession::displayIfNeeded() {
+    if (barLoop_)
+        barLoop_->serve();
+    else
+        host_->displayIfNeeded();
 }
 
 void RunSession::heard(int signal) {

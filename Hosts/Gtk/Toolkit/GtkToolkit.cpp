@@ -1,0 +1,142 @@
+#include "Hosts/Gtk/Toolkit/GtkToolkit.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include <gtk-layer-shell/gtk-layer-shell.h>
+
+namespace vantor {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// What keeps making work for itself leaves room for the rest of the program.
+constexpr int kPassesAtOnce = 64;
+
+const char* backendName(DisplaySystem system) noexcept {
+    return system == DisplaySystem::wayland ? "wayland" : "x11";
+}
+
+/// Without assistive technology at work GTK would start its bus for nothing.
+bool isAccessibilityRunning() noexcept {
+    if (std::getenv("AT_SPI_BUS_ADDRESS") != nullptr)
+        return true;
+    std::error_code none;
+    return fs::exists(fs::path(g_get_user_runtime_dir()) / "at-spi", none);
+}
+
+GdkScreen* screenOf(GdkDisplay* display) noexcept {
+    return gdk_display_get_default_screen(display);
+}
+
+}  // namespace
+
+GtkToolkit::GtkToolkit() noexcept {
+    if (!isAccessibilityRunning())
+        g_setenv("NO_AT_BRIDGE", "1", FALSE);
+    // Looking for screens to draw three-dimensional things on would load 50 MiB of drivers.
+    g_setenv("GDK_GL", "disable", FALSE);
+    // The locale is the program's affair: numbers are read and written without one.
+    gtk_disable_setlocale();
+    gtk_parse_args(nullptr, nullptr);
+    // For good: a source that is added outside of `serve` needs no wake-up then.
+    if (g_main_context_acquire(g_main_context_default()) == FALSE)
+        g_critical("the main loop is somebody else's");
+}
+
+bool GtkToolkit::open(DisplaySystem system) noexcept {
+    gdk_set_allowed_backends(backendName(system));
+    display_ = gdk_display_open(nullptr);
+    if (display_ == nullptr)
+        return false;
+    gdk_display_manager_set_default_display(gdk_display_manager_get(), display_);
+    if (system == DisplaySystem::x11 || gtk_layer_is_supported())
+        return true;
+    gdk_display_close(display_);
+    display_ = nullptr;
+    return false;
+}
+
+bool GtkToolkit::show(const BarOptions& options, BarOwner& owner) {
+    options_ = options;
+    owner_ = &owner;
+    for (const char* const signal : {"monitors-changed", "size-changed"})
+        g_signal_connect(screenOf(display_), signal, G_CALLBACK(monitorsChanged), this);
+    makeBars();
+    return !bars_.empty();
+}
+
+void GtkToolkit::hide() noexcept {
+    g_signal_handlers_disconnect_by_data(screenOf(display_), this);
+    bars_.clear();
+    owner_ = nullptr;
+    gdk_display_flush(display_);
+}
+
+void GtkToolkit::setItemLength(double length) noexcept {
+    length_ = length;
+    for (const auto& bar : bars_)
+        bar->setItemLength(length);
+}
+
+void GtkToolkit::repaintItem() noexcept {
+    for (const auto& bar : bars_)
+        bar->repaintItem();
+}
+
+void GtkToolkit::repaintBars() noexcept {
+    for (const auto& bar : bars_)
+        bar->repaint();
+}
+
+BarWait GtkToolkit::serve() {
+    GMainContext* const context = g_main_context_default();
+    for (int pass = 0; pass < kPassesAtOnce && g_main_context_iteration(context, FALSE); ++pass) {
+    }
+    gint priority = 0, timeout = -1;
+    g_main_context_prepare(context, &priority);
+    const auto query = [&] {
+        return static_cast<std::size_t>(g_main_context_query(
+            context, priority, &timeout, polled_.data(), static_cast<gint>(polled_.size())));
+    };
+    for (std::size_t count = query(); count != polled_.size(); count = query())
+        polled_.resize(count);
+    descriptors_.clear();
+    for (const GPollFD& polled : polled_)  // its flags are those of poll(2)
+        descriptors_.push_back(
+            {.fd = polled.fd, .events = static_cast<short>(polled.events), .revents = 0});
+    return {descriptors_, timeout};
+}
+
+void GtkToolkit::monitorsChanged(GdkScreen*, gpointer self) noexcept {
+    static_cast<GtkToolkit*>(self)->makeBars();
+}
+
+void GtkToolkit::makeBars() {
+    bars_.clear();
+    for (int index = 0; index < gdk_display_get_n_monitors(display_); ++index) {
+        GdkMonitor* const monitor = gdk_display_get_monitor(display_, index);
+        if (!isWanted(monitor, index))
+            continue;
+        bars_.push_back(std::make_unique<GtkBar>(monitor, options_, *owner_));
+        bars_.back()->setItemLength(length_);
+    }
+}
+
+bool GtkToolkit::isWanted(GdkMonitor* monitor, int index) const {
+    const char* const name = gdk_monitor_get_model(monitor);
+    return options_.monitor.empty() || options_.monitor == std::to_string(index) ||
+           (name != nullptr && options_.monitor == name);
+}
+
+}  // namespace vantor
+
+extern "C" __attribute__((visibility("default"))) vantor::BarToolkit* vantorBarToolkit1();
+
+/// Never ended: GTK holds it to the end of the process.
+vantor::BarToolkit* vantorBarToolkit1() {
+    static auto* const toolkit = new vantor::GtkToolkit;
+    return toolkit;
+}
