@@ -141,6 +141,13 @@ Diagnosis resources(const MachineFacts& facts) {
     return {kFine, folder.path->string()};
 }
 
+Diagnosis painting(const MachineFacts& facts) {
+    if (facts.paintingTrouble.empty())
+        return {kFine, "pictures and texts can be painted"};
+    return {kLimited, fmt::format("{}; the item shows as text only", facts.paintingTrouble),
+            "install the program again: libvantor-painting.so belongs beside it"};
+}
+
 Diagnosis terminal(const MachineFacts& facts) {
     const TerminalFacts& terminal = facts.terminal;
     if (!terminal.isTerminal)
@@ -180,6 +187,7 @@ constexpr std::array kChecks{
     Check{"History folder", historyFolder},
     Check{"Log folder", logFolder},
     Check{"Resources", resources},
+    Check{"Painting", painting},
     Check{"Terminal", terminal},
 };
 

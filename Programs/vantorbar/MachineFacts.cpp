@@ -8,6 +8,7 @@
 
 #include "Foundation/PropertyList.h"
 #include "Hosts/Text/Terminal.h"
+#include "Painting/Engine.h"
 #include "Platform/BootTime.h"
 #include "Platform/Directories.h"
 #include "Platform/Linux/LinuxBuses.h"
@@ -127,6 +128,7 @@ MachineFacts factsFromPorts(const Ports& ports) {
 
 void addFactsOfThisProcess(MachineFacts& facts) {
     facts.terminal = terminalFacts();
+    facts.paintingTrouble = Painting::Engine::trouble();
     LinuxMainQueue queue;
     NoLog log;
     LinuxBuses buses(queue, log, processEnvironment());

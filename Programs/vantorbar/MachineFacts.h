@@ -57,12 +57,14 @@ struct MachineFacts {
     BusFacts sessionBus, systemBus;
     PreferenceFacts preferences;
     FolderFacts applicationSupport, logs, preferenceFolder, resources;
+    std::string paintingTrouble;  // why nothing can be painted, or ""
     TerminalFacts terminal;
 };
 
 /// What the ports tell. Changes nothing.
 MachineFacts factsFromPorts(const Ports& ports);
-/// Adds what only the process itself can find out: its terminal and its buses.
+/// Adds what only the process itself can find out: its terminal, its buses and what
+/// it paints with.
 void addFactsOfThisProcess(MachineFacts& facts);
 
 FolderFacts folderFacts(const std::optional<std::filesystem::path>& path);

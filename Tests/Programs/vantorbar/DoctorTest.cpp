@@ -74,6 +74,7 @@ TEST(DoctorTest, EachFaultHasItsVerdictAndARemedy) {
          [](auto& facts) { facts.applicationSupport.isWritable = false; }},
         {"Log folder", Verdict::missing, [](auto& facts) { facts.logs.isWritable = false; }},
         {"Resources", Verdict::missing, [](auto& facts) { facts.resources.exists = false; }},
+        {"Painting", Verdict::limited, [](auto& facts) { facts.paintingTrouble = "no cairo"; }},
         {"Terminal", Verdict::limited, [](auto& facts) { facts.terminal.abilities = {}; }},
         {"Terminal", Verdict::limited, [](auto& facts) { facts.terminal.codeset = "ASCII"; }},
     };
