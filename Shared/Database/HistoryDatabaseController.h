@@ -1,0 +1,43 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Platform/Ports.h"
+#include "Shared/Database/HistoryDatabaseItem.h"
+
+namespace vantor::inline VANTOR_MODULE {
+
+/// Every history file that is open in this process, by the last component of its path alone: the
+/// system has a single directory of databases.
+/// Thread: items are made by the start-up work of a module, before sampling begins; afterwards
+///         the table is only read.
+class HistoryDatabaseController {
+public:
+    explicit HistoryDatabaseController(const Ports& ports);
+    ~HistoryDatabaseController();
+
+    static HistoryDatabaseController& sharedHistoryDatabaseController();
+
+    /// The item of that file, opened on first use; null without a path.
+    std::shared_ptr<HistoryDatabaseItem>
+    databaseWithPath(const std::optional<std::filesystem::path>& path);
+    void closeDatabase(const std::filesystem::path& path);
+    void deleteDatabase(const std::filesystem::path& path);
+    void restoreBackup(const std::filesystem::path& backup, const std::filesystem::path& toPath);
+
+private:
+    Ports ports_;
+    std::map<std::string, std::shared_ptr<HistoryDatabaseItem>, std::less<>> databases_;
+};
+
+/// The item of that file; null without a path.
+std::shared_ptr<HistoryDatabaseItem>
+databaseItemWithPath(const std::optional<std::filesystem::path>& path);
+/// The connection of that item, or null.
+SQLDatabase* databaseWithPath(const std::optional<std::filesystem::path>& path);
+
+}  // namespace vantor::inline VANTOR_MODULE
