@@ -15,8 +15,12 @@ public:
     virtual ~Workspace() = default;
     /// Posts kWorkspaceWillSleep before the machine sleeps and kWorkspaceDidWake after it woke.
     virtual NotificationCenter& notificationCenter() noexcept = 0;
-    /// Starts the application of that name; false where the desktop has none.
+    /// Starts the application of that name or path; false where the desktop has none.
     virtual bool launchApplication(std::string_view name) = 0;
+    /// Shows the settings of that path; false where the desktop has none of the kind.
+    virtual bool openFile(std::string_view path) = 0;
+    /// Whether the desktop has what stands for the application or the settings of that path.
+    virtual bool exists(std::string_view path) const = 0;
 };
 
 }  // namespace vantor

@@ -15,6 +15,7 @@
 #include "Platform/Witness.h"
 #include "Shared/InstalledApplications.h"
 #include "Shared/ProcessContext.h"
+#include "Shared/VTRMenuHighlight.h"
 #include "Shared/VTRPreferences.h"
 
 namespace vantor::inline VANTOR_MODULE {
@@ -142,6 +143,11 @@ void VTRMenuExtra::menuWillOpen(VTRMenu& menu) {
 void VTRMenuExtra::menuDidClose(VTRMenu& menu) {
     menu.setVisible(false);
     ports_.localNotifications.post("VTRMenuStateChanged");
+    menuWillHighlightItem(menu, nullptr);
+}
+
+void VTRMenuExtra::menuWillHighlightItem(VTRMenu& menu, VTRMenuItem* item) {
+    highlightRow(menu, item);
 }
 
 void VTRMenuExtra::update() { host_.setNeedsDisplay(); }

@@ -58,6 +58,7 @@ public:
 
     void menuWillOpen(VTRMenu& menu) override;
     void menuDidClose(VTRMenu& menu) override;
+    void menuWillHighlightItem(VTRMenu& menu, VTRMenuItem* item) override;
 
     /// Asks the host to show the item anew.
     void update() override;

@@ -38,12 +38,56 @@ constexpr std::string_view kPreferences[] = {
     "com.kolbrin.vantorbar.Preferences.desktop",
     "com.kolbrin.vantorbar.desktop",
 };
+constexpr std::string_view kTerminals[] = {
+    "org.gnome.Terminal.desktop",
+    "org.gnome.Console.desktop",
+    "org.kde.konsole.desktop",
+    "mate-terminal.desktop",
+    "xfce4-terminal.desktop",
+    "lxterminal.desktop",
+    "foot.desktop",
+    "debian-xterm.desktop",
+};
+constexpr std::string_view kDiskTools[] = {
+    "org.gnome.DiskUtility.desktop",
+    "org.kde.partitionmanager.desktop",
+    "gparted.desktop",
+};
+constexpr std::string_view kSystemInformation[] = {
+    "gnome-about-panel.desktop", "gnome-info-overview-panel.desktop", "org.kde.kinfocenter.desktop",
+    "hardinfo.desktop",          "mate-about-this-computer.desktop",
+};
+constexpr std::string_view kNetworkSettings[] = {
+    "gnome-network-panel.desktop",
+    "kcm_networkmanagement.desktop",
+    "nm-connection-editor.desktop",
+};
+constexpr std::string_view kPowerSettings[] = {
+    "gnome-power-panel.desktop",
+    "kcm_powerdevilprofilesconfig.desktop",
+    "mate-power-preferences.desktop",
+    "xfce4-power-manager-settings.desktop",
+};
 constexpr std::string_view kUsualSearchPath = "/usr/local/bin:/usr/bin:/bin";
 constexpr std::array kApplications{
     Application{"Activity Monitor.app", kSystemMonitors},
     Application{"Console.app", kConsoles},
     Application{"Vantor Bar.app", kPreferences},
+    Application{"Terminal.app", kTerminals},
+    Application{"Disk Utility.app", kDiskTools},
+    Application{"Network Utility.app", kNetworkSettings},
+    Application{"Network.prefPane", kNetworkSettings},
+    Application{"System Information.app", kSystemInformation},
+    Application{"System Profiler.app", kSystemInformation},
+    Application{"EnergySaver.prefPane", kPowerSettings},
 };
+
+/// The desktop files that stand for what a name or path means; none for one that isn't known.
+std::span<const std::string_view> desktopFilesFor(std::string_view path) {
+    const std::string_view name = path.substr(path.rfind('/') + 1);
+    const auto known = std::ranges::find(kApplications, name, &Application::name);
+    return known == kApplications.end() ? std::span<const std::string_view>{} : known->desktopFiles;
+}
 
 }  // namespace
 
@@ -80,17 +124,26 @@ void LinuxWorkspace::prepareForSleep(sd_bus_message& message) {
 }
 
 bool LinuxWorkspace::launchApplication(std::string_view name) {
-    const auto known = std::ranges::find(kApplications, name, &Application::name);
-    return known != kApplications.end() &&
-           std::ranges::any_of(known->desktopFiles,
+    return std::ranges::any_of(desktopFilesFor(name),
                                [this](std::string_view id) { return launchEntry(id); });
 }
 
+bool LinuxWorkspace::exists(std::string_view path) const {
+    return std::ranges::any_of(desktopFilesFor(path), [this](std::string_view id) {
+        return commandOfEntry(id).has_value();
+    });
+}
+
 bool LinuxWorkspace::launchEntry(std::string_view id) {
+    auto command = commandOfEntry(id);
+    return command && processes_.start(*std::move(command));
+}
+
+/// Nothing where the entry or its program isn't installed.
+std::optional<std::vector<std::string>> LinuxWorkspace::commandOfEntry(std::string_view id) const {
     const auto folders = applicationFolders(directories_.applicationSupport(), environment_);
     const auto entry = findDesktopEntry(id, folders);
-    auto command = entry ? commandOf(*entry, searchPath_) : std::nullopt;
-    return command && processes_.start(*std::move(command));
+    return entry ? commandOf(*entry, searchPath_) : std::nullopt;
 }
 
 }  // namespace vantor

@@ -18,14 +18,17 @@ public:
     LinuxWorkspace(LinuxMainQueue& queue, BusConnection& systemBus, const Directories& directories,
                    Environment environment);
     NotificationCenter& notificationCenter() noexcept override { return notificationCenter_; }
-    /// Knows the applications that the suite names; each stands for the first of its kind that
-    /// is installed.
+    /// Knows the applications and settings that the suite names; each stands for the first of its
+    /// kind that is installed. Where a path leads doesn't matter, only what it is called.
     bool launchApplication(std::string_view name) override;
+    bool openFile(std::string_view path) override { return launchApplication(path); }
+    bool exists(std::string_view path) const override;
 
 private:
     void listen();
     void prepareForSleep(sd_bus_message& message);
     bool launchEntry(std::string_view id);
+    std::optional<std::vector<std::string>> commandOfEntry(std::string_view id) const;
 
     MainQueue& queue_;
     BusConnection& bus_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <functional>
@@ -102,11 +103,17 @@ public:
             journal_->launch(name);
         return true;
     }
+    bool openFile(std::string_view path) override { return launchApplication(path); }
+    bool exists(std::string_view path) const override {
+        return std::ranges::find(existing_, path) != existing_.end();
+    }
+    /// From now on there is something at that path.
+    void install(std::string path) { existing_.push_back(std::move(path)); }
 
 private:
     Journal* journal_;
     NotificationCenter center_;
-    std::vector<std::string> launched_;
+    std::vector<std::string> launched_, existing_;
 };
 
 class SimulatedAppearance final : public Appearance {

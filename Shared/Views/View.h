@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
+#include "Foundation/Colour.h"
 #include "Foundation/Geometry.h"
 #include "Painting/Context.h"
 
@@ -36,6 +38,8 @@ public:
     virtual ~ViewWindow() = default;
     /// `view` is the one that asked, `root` the top of its tree, which the window shows.
     virtual void setNeedsDisplay(View& root, View& view) = 0;
+    /// The colour below all rows, from the first of them; nothing once it goes.
+    virtual void setBackground(const std::optional<Colour>&) {}
 };
 
 /// A rectangle that paints itself and carries others: what rows, fields and graphs are made of.
@@ -84,6 +88,14 @@ public:
 
     /// Paints the view and, above it, those inside; `context` is in the coordinates of this view.
     void display(Painting::Context& context);
+
+    // What a row tells all that stands in it. Nothing for a view without colours of its own.
+    virtual void updateColors() {}
+    virtual void setMenuItemHighlighted(bool) {}
+
+    // The pointer, in this view. A press and its release share the event's number.
+    virtual void mouseDown(std::int64_t /*eventNumber*/) {}
+    virtual void mouseUp(std::int64_t /*eventNumber*/) {}
 
     /// The innermost view at a point of this view's own coordinates; null outside.
     View* hitTest(Point point);
