@@ -43,6 +43,17 @@ Context ImageSurface::context(Origin origin) noexcept {
 
 void ImageSurface::clear() noexcept { std::ranges::fill(pixels_, 0u); }
 
+void ImageSurface::scrollLeft(int by, int begin, int end) noexcept {
+    const int first = std::clamp(begin, 0, width_);
+    const int moved = std::clamp(end, first, std::max(first, width_ - std::max(by, 0))) - first;
+    for (int y = 0; y < height_; ++y) {
+        std::uint32_t* const row = pixels_.data() + static_cast<std::ptrdiff_t>(y) * width_;
+        std::copy_n(row + first + by, moved, row + first);
+        std::fill_n(row, first, 0u);
+        std::fill(row + first + moved, row + width_, 0u);
+    }
+}
+
 std::uint32_t ImageSurface::pixel(int x, int y) const noexcept {
     const auto pixels = row(y);
     return x >= 0 && x < width_ && !pixels.empty() ? pixels[static_cast<std::size_t>(x)] : 0;
@@ -57,7 +68,8 @@ std::span<const std::uint32_t> ImageSurface::row(int y) const noexcept {
 
 bool ImageSurface::writePNG(const std::filesystem::path& file) const noexcept {
     // Without pixels there is nothing to write, and no empty file is left.
-    return widthPixels() > 0 && heightPixels() > 0 && Engine::shared().writePNG(cairo_.get(), file.c_str());
+    return widthPixels() > 0 && heightPixels() > 0 &&
+           Engine::shared().writePNG(cairo_.get(), file.c_str());
 }
 
 }  // namespace vantor::Painting

@@ -30,6 +30,9 @@ public:
     Context context(Origin origin = Origin::lowerLeft) noexcept;
     /// Makes it all transparent again.
     void clear() noexcept;
+    /// Moves the columns of pixels from `begin` on to the left, so that they end before `end`;
+    /// all others become transparent. In pixels.
+    void scrollLeft(int by, int begin, int end) noexcept;
 
     /// From the upper left, in pixels: alpha, red, green and blue from the highest byte to the
     /// lowest, the colours multiplied by the alpha. 0 outside.

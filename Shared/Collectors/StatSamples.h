@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "Foundation/WeakHandle.h"
 #include "Shared/Collectors/SampleRing.h"
 #include "Shared/Collectors/StorageType.h"
 
@@ -21,6 +22,12 @@ public:
     virtual std::size_t sampleValueCount() const noexcept = 0;
     /// Made only to hold loaded history; not a live thing.
     virtual bool temporary() const noexcept = 0;
+
+    /// For those who keep looking at samples that may go.
+    WeakHandle<const StatSamples> handle() const noexcept { return self_.handle(); }
+
+private:
+    WeakSource<const StatSamples> self_{*this};
 };
 
 }  // namespace vantor::inline VANTOR_MODULE

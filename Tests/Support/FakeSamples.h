@@ -21,10 +21,20 @@ public:
         std::copy(values.begin(), values.end(), ring.mutableValues(0).begin());
     }
 
+    /// A newer one that is a gap.
+    void addGap() {
+        add({});
+        ring.setEmpty(0, 1);
+    }
+
     statsample sampleAtIndex(std::size_t index, StorageType) const noexcept override {
         return ring.sampleAtIndex(index);
     }
-    statsample sampleWithIdentifier(double, StorageType) const noexcept override { return {}; }
+    statsample sampleWithIdentifier(double sampleID, StorageType) const noexcept override {
+        if (const auto position = ring.positionOfIdentifier(sampleID))
+            return ring.sampleAtIndex(*position);
+        return {.sampleID = sampleID, .empty = 1, .values = {}};
+    }
     double idForInterval(int) const noexcept override { return lastID; }
     std::size_t sampleValueCount() const noexcept override { return ring.valueCount(); }
     bool temporary() const noexcept override { return isTemporary; }

@@ -1,0 +1,280 @@
+#include "Shared/Graphs/HistoryGraph.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "Painting/Image.h"
+#include "Shared/Graphs/HistoryGraphPaths.h"
+#include "Shared/ProcessContext.h"
+#include "Shared/VTRImageCache.h"
+#include "Shared/VTRPreferenceFunctions.h"
+#include "Shared/VTRTranslations.h"
+
+namespace vantor::inline VANTOR_MODULE {
+namespace {
+
+constexpr double kLabelImageWidth = 14;
+constexpr double kFrameWidth = 3;  // of a graph's width, what its frame takes
+constexpr double kLeftEdge = 2;
+constexpr std::size_t kJoin = 2;  // columns beside new ones that are painted with them
+constexpr std::size_t kNothingPainted = std::numeric_limits<std::size_t>::max();
+constexpr double kTagHeight = 14, kTagRadius = 3, kTagMargin = 9;
+constexpr Colour kCenterLine{1, 1, 1, 0.15}, kTagGround{0, 0, 0, 0.5};
+
+/// By storage mode.
+constexpr std::string_view kRanges[] = {"5 Mins",  "Hour",    "24 Hours", "7 Days",
+                                        "30 Days", "90 Days", "180 Days", "365 Days"};
+
+template <class Values>
+bool containsValue(const Values& values, std::int64_t value) {
+    return std::ranges::find(values, value) != values.end();
+}
+
+}  // namespace
+
+/// What a paint changes in the picture that is kept, in columns.
+struct HistoryGraph::Strip {
+    std::size_t moved;      // to the left by so many
+    std::size_t repainted;  // from the newest on
+};
+
+HistoryGraph::HistoryGraph(const Rect& frame, HistoryGraphConfig config)
+    : View(frame), config_(std::move(config)) {
+    NotificationCenter& center = ProcessContext::current().ports().localNotifications;
+    clearCacheNotification_ =
+        center.observe("HISTORYGRAPH_CLEAR_CPU", [this](const Notification&) { clearCache(); });
+    shutdown_ =
+        center.observe("HISTORYGRAPH_SHUTDOWN_CPU", [this](const Notification&) { cleanup(); });
+}
+
+HistoryGraph::~HistoryGraph() = default;
+
+void HistoryGraph::setCollector(const StatSamples* collector) {
+    collector_ = collector != nullptr ? collector->handle() : WeakHandle<const StatSamples>();
+    clearCache();
+}
+
+void HistoryGraph::setCollectors(const std::vector<const StatSamples*>& collectors) {
+    usesCollectors_ = !collectors.empty();
+    collectors_.clear();
+    for (const StatSamples* const collector : collectors)
+        collectors_.push_back(collector->handle());
+    clearCache();
+}
+
+void HistoryGraph::setLabelImage(std::shared_ptr<const Painting::Image> image) {
+    labelImage_ = std::move(image);
+    setNeedsDisplay();
+}
+
+void HistoryGraph::clearCache() {
+    image_.reset();
+    lastWidth_ = 0;
+    hasColumns_ = false;
+    peaks_.fill(0);
+    peak_ = 1;
+    low_ = 0;
+}
+
+void HistoryGraph::cleanup() {
+    setCollector(nullptr);
+    setCollectors({});
+    // The observer itself stays until the graph goes: a centre may be telling it right now.
+}
+
+std::optional<std::string> HistoryGraph::range() const {
+    const bool named = storageMode_ >= (forceLabel_ ? 0 : 1) &&
+                       storageMode_ < static_cast<std::int64_t>(std::size(kRanges));
+    if (!named)
+        return std::nullopt;
+    return VTRLocalizedString(kRanges[storageMode_], {}, "general");
+}
+
+double HistoryGraph::cutWidth() const noexcept {
+    return std::trunc(frame().width) - (labelImage_ ? kLabelImageWidth : 0);
+}
+
+std::size_t HistoryGraph::columnCount() const noexcept {
+    const double columns =
+        std::trunc(frame().width - kFrameWidth) - (labelImage_ ? kLabelImageWidth : 0);
+    return static_cast<std::size_t>(
+        std::clamp(columns, 0.0, static_cast<double>(HistoryColumns::kColumns)));
+}
+
+bool HistoryGraph::calculatePeak() {
+    peak_ = 1;
+    low_ = 0;
+    return false;
+}
+
+void HistoryGraph::viewDidMoveToWindow() {
+    if (window() != nullptr && config_.useCache)
+        prepareToDraw(lastScale_, nullptr);
+}
+
+/// Brings columns and picture up to date. A graph that keeps no picture paints into `current`.
+void HistoryGraph::prepareToDraw(double scale, Painting::Context* current) {
+    if (config_.useCache && lastWidth_ != static_cast<float>(cutWidth())) {
+        clearCache();
+        lastWidth_ = static_cast<float>(cutWidth());
+    }
+    sources_.clear();
+    for (const auto& collector : collectors_)
+        if (const StatSamples* const source = collector.get())
+            sources_.push_back(source);
+    if (const StatSamples* const source = collector_.get(); source && !usesCollectors_)
+        sources_.push_back(source);
+    if (!std::exchange(hasColumns_, true)) {
+        std::size_t values = 0;
+        for (const StatSamples* const source : sources_)
+            values = std::max(values, source->sampleValueCount());
+        columns_.clear(values);
+    }
+    const HistoryUpdate update = columns_.update(
+        latestSampleID_, sources_,
+        static_cast<StorageType>(storageIndex(static_cast<int>(storageMode_))), useAllSamples_);
+
+    // A picture for another screen is of no use, nor is one that would move by half a pixel.
+    const bool whole = scale != lastScale_ || scale != std::trunc(scale);
+    lastScale_ = scale;
+    if (whole)
+        image_.reset();
+    const std::size_t count = columnCount();
+    const Strip strip{update.added, update.added + (update.merged ? 1 : 0) + kJoin};
+    scaleColumns(count, image_ ? strip.repainted + kJoin : kNothingPainted);
+    if (config_.dynamicPeak && rescaleColumns(count))
+        image_.reset();
+    if (!config_.useCache) {
+        if (current != nullptr)
+            drawGraphs(*current, count);
+        return;
+    }
+    renewImage(strip, scale);
+}
+
+void HistoryGraph::scaleColumns(std::size_t count, std::size_t paintedFrom) {
+    for (const HistorySeries& series : config_.graphs)
+        columns_.scale(series, count, paintedFrom);
+}
+
+/// Whether all of it is to be painted again.
+bool HistoryGraph::rescaleColumns(std::size_t count) {
+    const bool changed = calculatePeak();
+    const bool individual = config_.individualPeaks ||
+                            (!config_.individualPeakPreference.empty() &&
+                             containsValue(config_.individualPeakValues,
+                                           VTRIntegerForKey(config_.individualPeakPreference)));
+    std::array<double, kGraphSlots> peaks;
+    peaks.fill(peak_);
+    columns_.rescale(count, individual ? peaks_ : peaks, low_);
+    if (changed)
+        columns_.forgetPainted(count);
+    return changed;
+}
+
+void HistoryGraph::renewImage(const Strip& strip, double scale) {
+    const Size size{frame().width - (labelImage_ ? kLabelImageWidth : 0), frame().height};
+    const double right = std::max(cutWidth() - kFrameWidth, 0.0);
+    const auto left = right - static_cast<double>(strip.repainted);
+    const bool moves = image_ && image_->size() == size && left > kLeftEdge;
+    if (!moves)
+        image_.emplace(size, scale);
+    Painting::Context context = image_->context();
+    if (!moves) {
+        drawGraphs(context, columnCount());
+        return;
+    }
+    const auto pixels = [scale](double points) { return static_cast<int>(points * scale); };
+    image_->scrollLeft(pixels(static_cast<double>(strip.moved)), pixels(kLeftEdge), pixels(left));
+    context.clip(Rect{left, 0, static_cast<double>(strip.repainted) + 1, frame().height});
+    drawGraphs(context, std::min(columnCount(), strip.repainted + kJoin + 1));
+}
+
+void HistoryGraph::drawGraphs(Painting::Context& context, std::size_t count) {
+    for (const HistorySeries& series : config_.graphs)
+        if (isPainted(series))
+            drawSeries(context, series, count);
+}
+
+bool HistoryGraph::isPainted(const HistorySeries& series) const {
+    if (series.storageModeLimit && storageMode_ > *series.storageModeLimit)
+        return false;
+    return std::ranges::all_of(series.conditions, [](const PreferenceCondition& condition) {
+        return VTRIntegerForKey(condition.key) == condition.value;
+    });
+}
+
+/// Column 0 comes to stand at the right.
+void HistoryGraph::drawSeries(Painting::Context& context, const HistorySeries& series,
+                              std::size_t count) {
+    const Painting::StateSaver saved(context);
+    const double width = cutWidth(), height = frame().height;
+    context.translate(width, series.flip ? 0 : height);
+    context.stretch(-1, series.flip ? 1 : -1);
+    context.clip(Rect{kLeftEdge, series.flip ? 3.0 : 2.0, width - 4, height - 5});
+    Rect rect{kLeftEdge, 2, static_cast<double>(columnCount()), height - 5};
+    if (series.frame)
+        rect = {series.frame->x, series.frame->y, rect.width, series.frame->height};
+    if (series.fillColor) {
+        fillPath(path_, columns_, series.index, rect, count,
+                 breakStroke_ ? Gaps::breakDown : Gaps::bridge);
+        context.fill(path_, *series.fillColor);
+    }
+    if (series.strokeColor) {
+        strokePath(path_, columns_, series.index, rect, count);
+        context.stroke(path_, *series.strokeColor, 1);
+    }
+}
+
+void HistoryGraph::draw(Painting::Context& context) {
+    drawBackground(context);
+    drawCenterLine(context);
+    prepareToDraw(context.scale(), &context);
+    if (image_)
+        context.drawImage(*image_, Point{0, 0});
+    if (labelImage_)
+        context.drawImage(*labelImage_, Point{frame().width - kLabelImageWidth, 0});
+}
+
+void HistoryGraph::drawBackground(Painting::Context& context) const {
+    VTRImageCache& cache = VTRImageCache::sharedCache();
+    const auto background = sizeType_ == 1
+                                ? cache.imageWithLeftCap("stats-historygrapharea-69", 45)
+                                : cache.imageWithLeftCap("stats-historygrapharea-49", 35);
+    if (background)
+        background->drawInRect(context, bounds());
+}
+
+bool HistoryGraph::wantsCenterLine() const {
+    return config_.drawCenterLine ||
+           (config_.drawCenterLinePreference &&
+            containsValue(config_.drawCenterLineValues, VTRIntegerForKey("Network_GraphMode")));
+}
+
+void HistoryGraph::drawCenterLine(Painting::Context& context) const {
+    if (wantsCenterLine())
+        context.fill(Rect{kLeftEdge, std::trunc(frame().height / 2), cutWidth() - 4, 1},
+                     kCenterLine);
+}
+
+void HistoryGraph::drawMinimumString(Painting::Context& context, std::string_view text) const {
+    drawString(context, text, {0, 1});
+}
+
+void HistoryGraph::drawMaximumString(Painting::Context& context, std::string_view text) const {
+    drawString(context, text, {0, frame().height - kTagHeight});
+}
+
+void HistoryGraph::drawString(Painting::Context& context, std::string_view text,
+                              Point atPoint) const {
+    const Painting::TextAttributes attributes{.font = {.size = 9}, .colour = kWhite};
+    const double width = Painting::sizeOfText(text, attributes).width;
+    Painting::Path tag;
+    tag.addRoundedRect({atPoint.x, atPoint.y, width + kTagMargin, kTagHeight}, kTagRadius);
+    context.fill(tag, kTagGround);
+    context.drawText(text, Point{atPoint.x + 4, atPoint.y + 1}, attributes);
+}
+
+}  // namespace vantor::inline VANTOR_MODULE
