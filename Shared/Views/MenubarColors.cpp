@@ -34,6 +34,7 @@ constexpr std::array<Skin, 9> kSkins{{
 constexpr Gradient kUnknownSkin{{0.192, 0.67, 1.0}, {0.098, 0.58, 0.941}};
 
 constexpr std::int64_t kDarkPanels = 1;  // the theme whose graphs stand on dark panels
+constexpr std::int64_t kWhiteSkin = 8;   // for bars that the user made dark by other means
 
 std::int64_t storedTheme() { return VTRIntegerForKey("MenubarTheme"); }
 
@@ -53,10 +54,12 @@ Colour paletteColour(int number) {
 
 std::int64_t skinColor() {
     if (!VTRBoolForKey("Theme-SeperateStyles"))
-        return VTRIntegerForKey("MenubarSkinColor");
+        return storedSkinColor();
     const bool dark = BarState::current(false).isMenubarDark;
     return VTRIntegerForKey(dark ? "MenubarSkinColor-Dark" : "MenubarSkinColor-Light");
 }
+
+std::int64_t storedSkinColor() { return VTRIntegerForKey("MenubarSkinColor"); }
 
 std::int64_t menubarTheme() { return BarState::current(false).isMenubarDark ? 0 : storedTheme(); }
 
@@ -89,7 +92,14 @@ BarState BarState::current(bool isMenuDown) {
     const VTRPreferences* const preferences = VTRPreferences::sharedPreferences();
     return {.isMenuDown = isMenuDown,
             .isMenubarDark = preferences != nullptr && preferences->isMenubarDark(),
-            .increaseContrast = preferences != nullptr && preferences->increaseContrast()};
+            .increaseContrast = preferences != nullptr && preferences->increaseContrast(),
+            .isYosemite = preferences != nullptr && preferences->isYosemite()};
+}
+
+bool BarState::isInkWhite(std::int64_t (*skin)(), LightHighlightInk onLightHighlight) const {
+    if (isLightHighlight())
+        return onLightHighlight == LightHighlightInk::white;
+    return isMenuDown || isMenubarDark || (!isYosemite && skin() == kWhiteSkin);
 }
 
 GraphInk inkForGraph(const GraphDictionary& graph, GraphKind kind, const BarState& bar) {

@@ -316,13 +316,8 @@ std::int64_t VTRMenuExtraContentView::drawDotWithOffset(Context& context, std::i
 }
 
 std::int64_t VTRMenuExtraContentView::drawLabel(Context& context, std::int64_t offset) {
-    constexpr std::int64_t kLabelAnswer = 12, kBlackOnWhiteSkin = 8;
-    const BarState bar = barState();
-    const bool yosemite = VTRPreferences::sharedPreferences() != nullptr &&
-                          VTRPreferences::sharedPreferences()->isYosemite();
-    const bool white = !bar.isLightHighlight() &&
-                       (bar.isMenuDown || bar.isMenubarDark ||
-                        (!yosemite && skinColor() == kBlackOnWhiteSkin));
+    constexpr std::int64_t kLabelAnswer = 12;
+    const bool white = barState().isInkWhite(skinColor);
     if (const auto image = VTRImageNamed(white ? config_.labelWhite : config_.label))
         context.drawImage(*image, Point{asDouble(offset), kTileBottom});
     return kLabelAnswer;

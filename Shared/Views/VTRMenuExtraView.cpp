@@ -18,7 +18,6 @@ namespace {
 constexpr double kBarHeight = 22;
 constexpr std::int64_t kEmptyWidth = 4, kFallbackWidth = 20;
 constexpr double kInactiveAlpha = 0.5;
-constexpr std::int64_t kWhiteSkin = 8;
 
 /// A module without a view takes no room: it begins the item anew.
 std::int64_t drawModule(VTRModule& module, bool isMenuDown, Painting::Context& context,
@@ -31,11 +30,8 @@ std::int64_t drawModule(VTRModule& module, bool isMenuDown, Painting::Context& c
 }
 
 void drawFallback(Painting::Context& context, bool isMenuDown) {
-    const BarState bar = BarState::current(isMenuDown);
-    const VTRPreferences* const preferences = VTRPreferences::sharedPreferences();
-    const bool yosemite = preferences != nullptr && preferences->isYosemite();
-    const bool white = bar.isMenuDown || bar.isMenubarDark ||
-                       (!yosemite && VTRIntegerForKey("MenubarSkinColor") == kWhiteSkin);
+    const bool white =
+        BarState::current(isMenuDown).isInkWhite(storedSkinColor, LightHighlightInk::white);
     if (const auto image = VTRImageNamed(white ? "menubar-combined-white" : "menubar-combined"))
         context.drawImage(*image, Point{4, 2});
 }

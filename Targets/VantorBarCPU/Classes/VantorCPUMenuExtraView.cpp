@@ -198,13 +198,8 @@ std::int64_t VantorCPUMenuExtraView::drawWithMode(Context& context, std::int64_t
 /// Without an active graphics processor there is no model to tell the families apart by, and the
 /// first of the named ones stands for all.
 std::int64_t VantorCPUMenuExtraView::drawGPUIcon(Context& context, std::int64_t offset) {
-    constexpr std::int64_t kAnswer = 18, kWhiteSkin = 8;
-    const BarState bar = BarState::current(isMenuDown());
-    const VTRPreferences* const preferences = VTRPreferences::sharedPreferences();
-    const bool yosemite = preferences != nullptr && preferences->isYosemite();
-    const bool white = !bar.isLightHighlight() &&
-                       (bar.isMenuDown || bar.isMenubarDark ||
-                        (!yosemite && VTRIntegerForKey("MenubarSkinColor") == kWhiteSkin));
+    constexpr std::int64_t kAnswer = 18;
+    const bool white = BarState::current(isMenuDown()).isInkWhite(storedSkinColor);
     if (const auto image = VTRImageNamed(white ? "menubar-gpu-nvidia-white" : "menubar-gpu-nvidia"))
         context.drawImage(*image, Point{static_cast<double>(offset), 2});
     return kAnswer;

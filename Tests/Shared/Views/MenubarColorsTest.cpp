@@ -115,5 +115,38 @@ TEST_F(MenubarColorsTest, WithoutAPaintAGraphTakesTheColourThatIsSet) {
         inkForGraph(GraphDictionary{}, GraphKind::other, {})));
 }
 
+TEST_F(MenubarColorsTest, LabelsAreWhiteOnDarkBarsAndOpenMenusButDarkOnALightHighlight) {
+    const auto noSkin = []() -> std::int64_t {
+        ADD_FAILURE() << "a system with dark bars asks for no skin";
+        return 8;
+    };
+    const BarState plain, dark{.isMenubarDark = true}, open{.isMenuDown = true},
+        openDark{.isMenuDown = true, .isMenubarDark = true},
+        openContrast{.isMenuDown = true, .increaseContrast = true},
+        lightHighlight{.isMenuDown = true, .isMenubarDark = true, .increaseContrast = true};
+    EXPECT_FALSE(plain.isInkWhite(noSkin));
+    EXPECT_TRUE(dark.isInkWhite(noSkin));
+    EXPECT_TRUE(open.isInkWhite(noSkin));
+    EXPECT_TRUE(openDark.isInkWhite(noSkin));
+    EXPECT_TRUE(openContrast.isInkWhite(noSkin));
+    EXPECT_FALSE(lightHighlight.isInkWhite(noSkin));
+    EXPECT_TRUE(lightHighlight.isInkWhite(noSkin, LightHighlightInk::white));
+}
+
+TEST_F(MenubarColorsTest, BeforeDarkBarsTheWhiteSkinMakesLabelsWhite) {
+    BarState old;
+    old.isYosemite = false;
+    EXPECT_TRUE(old.isInkWhite([] { return std::int64_t{8}; }));
+    EXPECT_FALSE(old.isInkWhite([] { return std::int64_t{7}; }));
+}
+
+TEST_F(MenubarColorsTest, OnlyLabelsKnowOfSeparateStyles) {
+    VTRSetBoolForKey("Theme-SeperateStyles", true);
+    VTRSetIntegerForKey("MenubarSkinColor", 8);
+    VTRSetIntegerForKey("MenubarSkinColor-Light", 3);
+    EXPECT_EQ(skinColor(), 3);
+    EXPECT_EQ(storedSkinColor(), 8);
+}
+
 }  // namespace
 }  // namespace vantor
