@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 
 #include "Painting/Context.h"
@@ -20,11 +21,15 @@ struct Piece {
 };
 using Division = std::array<Piece, kThree>;
 
-/// A cap, a centre and a cap. Where there isn't enough for both caps they share what there is.
-Division divide(double length, double firstCap, double lastCap) noexcept {
-    const double caps = firstCap + lastCap;
-    const double share = caps > length ? std::max(0.0, length) / caps : 1;
-    const double first = firstCap * share, last = lastCap * share, centre = length - first - last;
+/// A cap, a centre and a cap. Where there isn't enough for both caps they share what there is, and
+/// meet between two pixels: one that both had half of would come out too thin.
+Division divide(double length, double firstCap, double lastCap, double scale) noexcept {
+    const double caps = firstCap + lastCap, room = std::max(0.0, length);
+    const bool enough = caps <= length;
+    const double first =
+        enough ? firstCap : std::min(room, std::round(room * firstCap / caps * scale) / scale);
+    const double last = enough ? lastCap : room - first;
+    const double centre = length - first - last;
     return {Piece{0, first, 0, firstCap}, Piece{first, centre, first, centre},
             Piece{length - last, last, length - lastCap, lastCap}};
 }
@@ -59,8 +64,8 @@ void VTRImageCacheItem::drawInRect(Painting::Context& context, const Rect& rect,
         return;
     // The last part has the lower right caps, of three parts as of nine.
     const Size first = parts.front()->size(), last = parts.back()->size();
-    const Division columns = divide(rect.width, first.width, last.width);
-    const Division rows = divide(rect.height, first.height, last.height);
+    const Division columns = divide(rect.width, first.width, last.width, context.scale());
+    const Division rows = divide(rect.height, first.height, last.height, context.scale());
     const Piece wholeWidth{0, rect.width, 0, rect.width},
         wholeHeight{0, rect.height, 0, rect.height};
     for (std::size_t index = 0; index < parts.size(); ++index) {

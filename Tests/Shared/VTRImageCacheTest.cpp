@@ -333,5 +333,15 @@ TEST_F(VTRImageCacheTest, RepeatedPaintAllocatesNothing) {
     EXPECT_EQ(allocations.count(), 0u);
 }
 
+TEST_F(VTRImageCacheTest, CapsWithoutRoomMeetBetweenTwoPixels) {
+    writeImage("x", 9, 2);
+    ImageSurface surface({7, 2}, 1);
+    auto painting = surface.context();
+    cache().imageWithLeftCap("x", 4)->drawInRect(painting, {0, 0, 7, 2});
+    const std::vector<int> columns{0, 1, 2, 3, 6, 7, 8};
+    for (int x = 0; x < 7; ++x)
+        EXPECT_EQ(surface.pixel(x, 0), mosaicPixel(columns[static_cast<std::size_t>(x)], 0, 1)) << x;
+}
+
 }  // namespace
 }  // namespace vantor
