@@ -70,6 +70,12 @@ double valueAt(const menubar_graph_sample& record, const GraphDictionary& graph)
     return valueOf(Records(&record, 1), graph);
 }
 
+/// In points, as the user has it; cut where sums of such widths would run over.
+std::int64_t historyWidth(const MenuExtraConfig& config) {
+    constexpr std::int64_t kWidest = std::int64_t{1} << 40;
+    return std::clamp(VTRIntegerForKey(config.historyGraphWidth), -kWidest, kWidest);
+}
+
 double asDouble(std::int64_t number) noexcept { return static_cast<double>(number); }
 
 /// Any load at all shows one point.
@@ -205,7 +211,7 @@ void VTRMenuExtraContentView::outlineHistory(Records records, const GraphDiction
 std::int64_t VTRMenuExtraContentView::drawHistoryGraphWithOffset(Context& context,
                                                                  std::int64_t offset,
                                                                  SampleSources collectors) {
-    const std::int64_t width = VTRIntegerForKey(config_.historyGraphWidth);
+    const std::int64_t width = historyWidth(config_);
     if (paintsHistoryBackground())
         drawTile(context, offset, width);
     drawGraphWithBlock(
@@ -260,7 +266,7 @@ bool VTRMenuExtraContentView::outlinePart(Records records, const GraphDictionary
 
 std::int64_t VTRMenuExtraContentView::drawMultipleHistoryGraphWithOffset(
     Context& context, std::int64_t offset, SampleSources collectors) {
-    const std::int64_t width = VTRIntegerForKey(config_.historyGraphWidth);
+    const std::int64_t width = historyWidth(config_);
     if (paintsHistoryBackground())
         drawTile(context, offset, width);
     drawGraphWithBlock(width, config_.historyGraphs, collectors,

@@ -151,5 +151,44 @@ TEST(MenubarGraphSamplesTest, TextsShowTheMeanOverTheCollectors) {
     EXPECT_EQ(sumOfNewestSamples({}, keys, false), 0);
 }
 
+TEST(MenubarGraphSamplesTest, ASampleWithoutDataIsZeroAndSaysSo) {
+    FakeSamples samples{60};
+    samples.ring.setEmpty(0, 1);  // its figure is still there
+    const StatSamples* const collectors[] = {&samples};
+    MenubarGraphRun run(1, collectors);
+    run.scale(graphOf({0}));
+    EXPECT_EQ(run.records()[0].graphValues[0], 0);
+    EXPECT_EQ(run.records()[0].empty, 1);
+}
+
+TEST(MenubarGraphSamplesTest, TextsOfWhatIsNotFiniteShowZero) {
+    constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+    constexpr double kFar = std::numeric_limits<double>::infinity();
+    const int first[] = {0}, both[] = {0, 1};
+    for (const double value : {kNone, kFar, -kFar}) {
+        const FakeSamples samples{value, 5}, sound{7, 8};
+        const StatSamples* const alone[] = {&samples};
+        const StatSamples* const together[] = {&sound, &samples};
+        EXPECT_EQ(sumOfNewestSamples(alone, first, false), 0);
+        EXPECT_EQ(sumOfNewestSamples(alone, both, true), 0);
+        EXPECT_EQ(sumOfNewestSamples(together, first, false), 0);
+    }
+    const FakeSamples opposite{kFar, -kFar}, later{1, kNone};
+    const StatSamples* const cancelling[] = {&opposite};
+    EXPECT_EQ(sumOfNewestSamples(cancelling, both, false), 0);
+    const StatSamples* const unread[] = {&later};
+    EXPECT_EQ(sumOfNewestSamples(unread, first, false), 1) << "only what is shown counts";
+}
+
+TEST(MenubarGraphSamplesTest, AFigureThatIsNoneDoesNotRaiseAPeak) {
+    FakeSamples samples(1);
+    samples.add({std::numeric_limits<double>::quiet_NaN()});
+    samples.add({4});
+    const StatSamples* const collectors[] = {&samples};
+    GraphDictionary graph = graphOf({0});
+    graph.dynamicPeak = graph.individualPeaks = true;
+    EXPECT_EQ(scaledNewest(graph, collectors, 2), 1);
+}
+
 }  // namespace
 }  // namespace vantor

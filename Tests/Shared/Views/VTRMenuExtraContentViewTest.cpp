@@ -1,10 +1,18 @@
 #include "Shared/Views/VTRMenuExtraContentView.h"
 
+#include <filesystem>
+#include <initializer_list>
+#include <limits>
+#include <string_view>
+#include <vector>
+
 #include <gtest/gtest.h>
 
+#include "Shared/Collectors/ItemReadings.h"
 #include "Shared/VTRPreferences.h"
 #include "Tests/Support/BarCanvas.h"
 #include "Tests/Support/FakeSamples.h"
+#include "Tests/Support/Pictures.h"
 #include "Tests/Support/World.h"
 
 namespace vantor {
@@ -169,7 +177,7 @@ TEST_P(VTRMenuExtraContentViewTest, APieGrowsClockwiseFromTwelve) {
     const FakeSamples samples{0.25};
     const StatSamples* const collectors[] = {&samples};
     EXPECT_EQ(view.drawPieGraphWithOffset(canvas.context, 0, collectors), 22);
-    EXPECT_TRUE(canvas.painted(12, 14));   // the upper right quarter
+    EXPECT_TRUE(canvas.painted(12, 14));  // the upper right quarter
     EXPECT_FALSE(canvas.painted(12, 7));
     EXPECT_FALSE(canvas.painted(5, 14));
     EXPECT_FALSE(canvas.painted(5, 7));
@@ -303,6 +311,215 @@ TEST_P(VTRMenuExtraContentViewTest, ADotLightsUpAtItsThreshold) {
     EXPECT_EQ(view.drawDotWithOffset(canvas.context, 0, second, "dot"), 11);
     EXPECT_TRUE(canvas.painted(3, 11));
     EXPECT_EQ(view.drawDotWithOffset(canvas.context, 0, second, "other"), 0);
+}
+
+// --- Histories, further -------------------------------------------------------------------------
+
+TEST_P(VTRMenuExtraContentViewTest, AHistoryThirtyWideReadsThirtySamplesAndShowsTwentyNine) {
+    GraphDictionary& graph = config().historyGraphs[0];
+    graph.dynamicPeak = graph.individualPeaks = true;
+    const auto heightWithPeakAt = [&](int age) {
+        FakeSamples samples(1);
+        for (int sample = 40; sample >= 0; --sample)
+            samples.add({sample == age ? 4.0 : 1.0});
+        const StatSamples* const collectors[] = {&samples};
+        BarCanvas canvas(40, scale());
+        EXPECT_EQ(view.drawHistoryGraphWithOffset(canvas.context, 0, collectors), 34);
+        return canvas.heightAt(15, 3);
+    };
+    EXPECT_EQ(heightWithPeakAt(29), 4);   // the thirtieth is read: it gives the scale
+    EXPECT_EQ(heightWithPeakAt(30), 16);  // what is older isn't
+    FakeSamples oldest(1);
+    for (int sample = 40; sample >= 0; --sample)
+        oldest.add({sample == 29 ? 1.0 : 0.0});
+    const StatSamples* const collectors[] = {&oldest};
+    BarCanvas canvas(40, scale());
+    view.drawHistoryGraphWithOffset(canvas.context, 0, collectors);
+    for (double x = 0; x < 40; ++x)
+        EXPECT_EQ(canvas.heightAt(x, 3), 0) << "and not shown at " << x;
+}
+
+TEST_P(VTRMenuExtraContentViewTest, AGraphWiderThanARingShowsNothingForTheColumnsBeyondIt) {
+    VTRSetIntegerForKey("CPU_MenubarGraphWidth", 700);
+    FakeSamples samples(1);
+    for (int sample = 0; sample < 700; ++sample)
+        samples.add({1});
+    const StatSamples* const collectors[] = {&samples};
+    BarCanvas canvas(710, scale());
+    EXPECT_EQ(view.drawHistoryGraphWithOffset(canvas.context, 0, collectors), 704);
+    EXPECT_EQ(canvas.heightAt(700 - 1 - 602 + 2, 3), 16);
+    for (double x = 0; x < 96; ++x)
+        EXPECT_EQ(canvas.heightAt(x, 3), 0) << x;
+}
+
+TEST_P(VTRMenuExtraContentViewTest, AHistoryLeavesItsTileOutOnlyWhenAPreferenceSaysSo) {
+    world.machine.directories.setResources(std::filesystem::path(VANTOR_BUNDLE_DIR).parent_path());
+    const FakeSamples samples;
+    const StatSamples* const collectors[] = {&samples};
+    const auto hasTile = [&] {
+        BarCanvas canvas(40, scale());
+        view.drawHistoryGraphWithOffset(canvas.context, 0, collectors);
+        return canvas.painted(15, 10);
+    };
+    EXPECT_TRUE(hasTile());
+    config().historyGraphBackground = "Test_ShowBackground";
+    EXPECT_FALSE(hasTile()) << "a preference without a value is false";
+    VTRSetBoolForKey("Test_ShowBackground", true);
+    EXPECT_TRUE(hasTile());
+    VTRSetBoolForKey("Test_ShowBackground", false);
+    EXPECT_FALSE(hasTile());
+}
+
+TEST_P(VTRMenuExtraContentViewTest, WidthsBeyondReckoningAreCut) {
+    const FakeSamples samples{1};
+    const StatSamples* const collectors[] = {&samples};
+    for (const std::int64_t width :
+         {std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max()}) {
+        VTRSetIntegerForKey("CPU_MenubarGraphWidth", width);
+        BarCanvas canvas(40, scale());
+        const std::int64_t answer = view.drawHistoryGraphWithOffset(canvas.context, 0, collectors);
+        EXPECT_EQ(answer, (width < 0 ? -1 : 1) * (std::int64_t{1} << 40) + 4);
+        EXPECT_EQ(view.drawMultipleHistoryGraphWithOffset(canvas.context, 0, collectors), answer);
+    }
+}
+
+TEST_P(VTRMenuExtraContentViewTest, WithoutGraphsOnlyTheBackgroundIsPainted) {
+    config().historyGraphs.clear();
+    const FakeSamples samples{1};
+    const StatSamples* const collectors[] = {&samples};
+    BarCanvas canvas(40, scale());
+    EXPECT_EQ(view.drawHistoryGraphWithOffset(canvas.context, 0, collectors), 34);
+    EXPECT_FALSE(canvas.painted(15, 4));
+}
+
+TEST_P(VTRMenuExtraContentViewTest, APartOfTheBandIsOneHighWithoutDataAndTwoWithALittle) {
+    FakeSamples samples(1);
+    for (int sample = 0; sample < 40; ++sample)
+        samples.add({sample < 20 ? 0.01 : 0.0});
+    const StatSamples* const collectors[] = {&samples};
+    BarCanvas canvas(40, scale());
+    EXPECT_EQ(view.drawMultipleHistoryGraphWithOffset(canvas.context, 0, collectors), 34);
+    EXPECT_EQ(canvas.heightAt(5, 4), 2);
+    EXPECT_EQ(canvas.heightAt(20, 4), 1);
+    samples.ring.setEmpty(8, 1);
+    config().historyGraphs[0].flip = true;
+    BarCanvas hanging(40, scale());
+    view.drawMultipleHistoryGraphWithOffset(hanging.context, 0, collectors);
+    EXPECT_TRUE(hanging.painted(5, 17));
+    EXPECT_FALSE(hanging.painted(5, 16));
+    EXPECT_TRUE(hanging.painted(20, 18));
+    EXPECT_FALSE(hanging.painted(20, 17));
+}
+
+TEST_P(VTRMenuExtraContentViewTest, AFrameReplacesTheHeightOfABand) {
+    config().historyGraphs[0].frame = Rect{100, 5, 100, 8};
+    FakeSamples samples(1);
+    for (int sample = 0; sample < 40; ++sample)
+        samples.add({0.5});
+    const StatSamples* const collectors[] = {&samples};
+    BarCanvas canvas(40, scale());
+    view.drawHistoryGraphWithOffset(canvas.context, 0, collectors);
+    EXPECT_FALSE(canvas.painted(15, 4));
+    EXPECT_EQ(canvas.heightAt(15, 5), 4);
+}
+
+// --- Texts, further -----------------------------------------------------------------------------
+
+TEST_P(VTRMenuExtraContentViewTest, APercentageIsRoundedAndShowsWhatIsBeyondAHundred) {
+    const auto pixelsFor = [&](std::initializer_list<double> values, bool empty = false) {
+        std::vector<FakeSamples> samples;
+        for (const double value : values)
+            samples.emplace_back(std::initializer_list<double>{value});
+        std::vector<const StatSamples*> collectors;
+        for (FakeSamples& each : samples) {
+            each.ring.setEmpty(0, empty ? 1 : 0);
+            collectors.push_back(&each);
+        }
+        BarCanvas canvas(80, scale());
+        view.drawTextAtOffset(canvas.context, 0, collectors, "percentage");
+        return test::pixelsOf(canvas.surface);
+    };
+    EXPECT_EQ(pixelsFor({40, 60}), pixelsFor({50})) << "two cores show their mean";
+    EXPECT_EQ(pixelsFor({0.4}), pixelsFor({0}));
+    EXPECT_EQ(pixelsFor({99.6}), pixelsFor({100}));
+    EXPECT_NE(pixelsFor({250}), pixelsFor({100}));
+    EXPECT_EQ(pixelsFor({70}, true), pixelsFor({0})) << "empty collectors add nothing";
+    EXPECT_EQ(pixelsFor({}), pixelsFor({0}));
+}
+
+TEST_P(VTRMenuExtraContentViewTest, ChangedTextPreferencesShowOnlyAfterAReset) {
+    EXPECT_EQ(view.percentageAttributes("percentage").font.size, 13);
+    VTRSetIntegerForKey("CPU_MenubarTextSize", 10);
+    VTRSetObjectForKey("CPU_MenubarTextColor", "1 0 0 1");
+    EXPECT_EQ(view.percentageAttributes("percentage").font.size, 13);
+    view.resetTextConfig();
+    EXPECT_EQ(view.percentageAttributes("percentage").font.size, 10);
+    EXPECT_EQ(view.percentageAttributes("percentage").colour, (Colour{1, 0, 0, 1}));
+}
+
+TEST_P(VTRMenuExtraContentViewTest, AResetOfTextsKeepsTheWidthsOfSensors) {
+    struct Sensor final : StatSamples, SensorItem {
+        statsample sampleAtIndex(std::size_t, StorageType) const noexcept override { return {}; }
+        statsample sampleWithIdentifier(double, StorageType) const noexcept override { return {}; }
+        double idForInterval(int) const noexcept override { return 0; }
+        std::size_t sampleValueCount() const noexcept override { return 0; }
+        bool temporary() const noexcept override { return false; }
+        std::string_view sensorKey() const noexcept override { return "TC0D"; }
+        SensorReading sensorReading() const noexcept override { return {2, rounds}; }
+        double rounds = 100000;
+    } fan;
+    TextItem large = config().textItems["percentage"];
+    large.type = static_cast<int>(TextType::large);
+    large.formatNumber = 2;
+    TextItem small = large;
+    small.type = static_cast<int>(TextType::small);
+    config().textItems["large"] = large;
+    config().textItems["small"] = small;
+    const StatSamples* const collectors[] = {&fan};
+    BarCanvas canvas(80, scale());
+    const auto width = [&](std::string_view key) {
+        return view.drawTextAtOffset(canvas.context, 0, collectors, key);
+    };
+    const std::int64_t wideLarge = width("large"), wideSmall = width("small");
+    fan.rounds = 5;
+    view.resetTextConfig();
+    EXPECT_EQ(width("large"), wideLarge);
+    EXPECT_EQ(width("small"), wideSmall);
+}
+
+TEST_P(VTRMenuExtraContentViewTest, ColoursThatAreNoneAreBlackOnALightBarAndWhiteOnADarkOne) {
+    for (const char* const text : {"red", "1 0 0", "1 0 0 1 1", "1  0 0 1", "1,0,0,1", ""}) {
+        VTRSetObjectForKey("CPU_MenubarTextColor", text);
+        VTRSetObjectForKey("CPU_MenubarTextColor-Dark", text);
+        setDark(false);
+        view.resetTextConfig();
+        EXPECT_EQ(view.percentageAttributes("percentage").colour, kBlack) << text;
+        setDark(true);
+        VTRPreferences::sharedPreferences()->resetValueForKey("CPU_MenubarTextColor-Dark");
+        view.resetTextConfig();
+        EXPECT_EQ(view.percentageAttributes("percentage").colour, kWhite) << text;
+    }
+}
+
+TEST_P(VTRMenuExtraContentViewTest, ColoursAndOpacitiesThatAreNoNumbersPaintSomethingOrNothing) {
+    world.machine.directories.setResources(std::filesystem::path(VANTOR_BUNDLE_DIR).parent_path());
+    config().verticalGraphs[0].custom = {"CPU_MenubarGraphCustomColors", "CPU_MenubarGraphUser"};
+    VTRSetIntegerForKey("CPU_MenubarGraphCustomColors", 1);
+    VTRSetIntegerForKey("MenubarTheme", 0);
+    const FakeSamples samples{1};
+    const StatSamples* const collectors[] = {&samples};
+    constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+    for (const char* const colour :
+         {"nan nan nan nan", "nan 0 0 1", "inf -inf 1e999 1", "-4 300 0 7"})
+        for (const double opacity : {kNone, -1.0, 400.0, 1 / 0.0}) {
+            VTRSetObjectForKey("CPU_MenubarGraphUser", colour);
+            VTRSetDoubleForKey("MenubarGraphOpacity", opacity);
+            BarCanvas canvas(20, scale());
+            EXPECT_EQ(view.drawVerticalGraphWithOffset(canvas.context, 0, collectors), 13);
+            canvas.surface.clear();
+            canvas.context.fill(Rect{0, 0, 20, 22}, kWhite);
+            EXPECT_EQ(canvas.pixel(10, 10), test::kOpaqueWhite) << "later paints come out";
+        }
 }
 
 }  // namespace

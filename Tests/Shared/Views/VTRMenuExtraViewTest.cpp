@@ -1,12 +1,16 @@
 #include "Shared/Views/VTRMenuExtraView.h"
 
+#include <filesystem>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "Foundation/Image.h"
 #include "Platform/Simulated/SimulatedMenuExtraHost.h"
 #include "Shared/VTRMenuExtra.h"
 #include "Shared/VTRPreferences.h"
 #include "Tests/Support/BarCanvas.h"
+#include "Tests/Support/PlainPicture.h"
 #include "Tests/Support/World.h"
 
 namespace vantor {
@@ -159,6 +163,67 @@ TEST_F(VTRMenuExtraViewTest, ASnapshotAnswersItsWidthAndTellsNobody) {
     EXPECT_EQ(extra.view()->drawSnapshot(canvas.context), 30);
     EXPECT_EQ(extra.view()->lastSize(), 0);
     EXPECT_THAT(world.journal.lengths, IsEmpty());
+}
+
+TEST_F(VTRMenuExtraViewTest, TheFallbackIconIsWhiteOnADarkBarAndOnEveryOpenMenu) {
+    world.machine.directories.setResources(std::filesystem::path(VANTOR_BUNDLE_DIR).parent_path());
+    extra.combined = true;
+    load();
+    for (int flags = 0; flags < 8; ++flags) {
+        const bool dark = (flags & 1) != 0, contrast = (flags & 2) != 0, open = (flags & 4) != 0;
+        world.machine.appearance.setDark(dark);
+        world.machine.appearance.setContrast(contrast);
+        VTRPreferences::sharedPreferences()->updateMenubarTheme();
+        VTRPreferences::sharedPreferences()->updateContrast();
+        host.setMenuDown(open);
+        paint();
+        test::PlainPicture wanted(100, 1);
+        wanted.draw(*Image::fromFile(
+                        std::filesystem::path(VANTOR_BUNDLE_DIR) /
+                        (dark || open ? "menubar-combined-white.png" : "menubar-combined.png")),
+                    4, 2, 1);
+        EXPECT_EQ(wanted.differenceFrom(canvas.surface), "") << flags;
+        EXPECT_EQ(extra.view()->lastSize(), 20);
+    }
+}
+
+TEST_F(VTRMenuExtraViewTest, AModuleThatIsNotInTheBarIsNotDrawn) {
+    extra.combined = true;
+    extra.widths = {10, 20};
+    load();
+    extra.modules()->front()->setMenubar(true);
+    VTRSetObjectForKey("CombinedMenubarDisplayMode", "2,1");
+    paint();
+    EXPECT_EQ(extra.view()->lastSize(), 10);
+}
+
+TEST_F(VTRMenuExtraViewTest, ACombinedItemOfModulesThatPaintNothingIsZeroWide) {
+    extra.combined = true;
+    extra.widths = {0};
+    load();
+    extra.modules()->front()->setMenubar(true);
+    extra.view()->setLastSize(7);
+    VTRSetObjectForKey("CombinedMenubarDisplayMode", "1");
+    paint();
+    EXPECT_EQ(extra.view()->lastSize(), 0);
+}
+
+TEST_F(VTRMenuExtraViewTest, AModuleNamedTwiceIsDrawnTwice) {
+    extra.combined = true;
+    extra.widths = {10};
+    load();
+    extra.modules()->front()->setMenubar(true);
+    VTRSetObjectForKey("CombinedMenubarDisplayMode", "1,1");
+    paint();
+    EXPECT_EQ(extra.view()->lastSize(), 10 + 4 + 10);
+}
+
+TEST_F(VTRMenuExtraViewTest, ASystemWithoutDarkBarsKnowsNoCopiesForInactiveScreens) {
+    world.machine.machineIdentity.setSystemVersion({10, 9, 0});
+    load();
+    paint({.isBitmap = true, .screens = 2});
+    EXPECT_EQ(canvas.pixel(5, 5), test::kOpaqueWhite);
+    EXPECT_EQ(extra.view()->lastSize(), 30);
 }
 
 }  // namespace

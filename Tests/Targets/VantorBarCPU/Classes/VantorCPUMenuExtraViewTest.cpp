@@ -1,13 +1,19 @@
 #include "Targets/VantorBarCPU/Classes/VantorCPUMenuExtraView.h"
 
 #include <filesystem>
+#include <limits>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
+#include "Foundation/Image.h"
 #include "Shared/Collectors/CPUStatCollector.h"
 #include "Shared/VTRPreferences.h"
 #include "Tests/Support/AllocationCounter.h"
 #include "Tests/Support/BarCanvas.h"
+#include "Tests/Support/Pictures.h"
+#include "Tests/Support/PlainPicture.h"
 #include "Tests/Support/World.h"
 
 namespace vantor {
@@ -105,15 +111,14 @@ TEST_F(VantorCPUMenuExtraViewTest, TheBreakdownShowsTheSystemAboveTheUser) {
     VTRSetObjectForKey("CPU_MenubarMode", "1");
     test::BarCanvas canvas(20);
     view.drawAtOffset(canvas.context, 0);
-    EXPECT_EQ(canvas.heightAt(4, 3), 12);                      // both
-    EXPECT_EQ(canvas.pixel(4, 3 + 7), canvas.pixel(4, 3));     // user up to 8
+    EXPECT_EQ(canvas.heightAt(4, 3), 12);                   // both
+    EXPECT_EQ(canvas.pixel(4, 3 + 7), canvas.pixel(4, 3));  // user up to 8
     EXPECT_NE(canvas.pixel(4, 3 + 8), canvas.pixel(4, 3));
-    EXPECT_EQ(canvas.pixel(4, 3 + 8) >> 16 & 0xFF, 0xFFU);     // the system's red
+    EXPECT_EQ(canvas.pixel(4, 3 + 8) >> 16 & 0xFF, 0xFFU);  // the system's red
 }
 
 TEST_F(VantorCPUMenuExtraViewTest, ARepaintAllocatesNothing) {
-    world.machine.directories.setResources(
-        std::filesystem::path(VANTOR_BUNDLE_DIR).parent_path());
+    world.machine.directories.setResources(std::filesystem::path(VANTOR_BUNDLE_DIR).parent_path());
     VTRSetObjectForKey("CPU_MenubarMode", "100,0,1,2,3,4,6");
     CPUStatCollector& collector = CPUStatCollector::sharedCPUCollector();
     for (const int scale : {1, 2}) {
@@ -135,6 +140,241 @@ TEST_F(VantorCPUMenuExtraViewTest, LoadingTheConfigurationKeepsTextAttributes) {
     view.percentageAttributes("cpu-percentage");
     view.loadConfig();
     EXPECT_EQ(view.keptTextAttributes(), 1U);
+}
+
+// --- The walk over modes and cores --------------------------------------------------------------
+
+/// What is to be drawn, in order: a mode, and the cores whose figures it shows.
+struct Drawn {
+    VantorCPUMenuExtraView::Mode mode;
+    std::vector<int> cores;
+};
+constexpr int kMachine = -1;  // in place of a core: the figures of all of them
+
+struct Walk {
+    const char* modes;
+    bool combine, single, pairs, group;
+    std::vector<Drawn> drawn;
+};
+
+/// Four cores of two processors, each core with a load of its own; what is drawn is told apart by
+/// its pixels.
+TEST_F(VantorCPUMenuExtraViewTest, ModesAndCoresAreWalkedInTheirOrder) {
+    using enum VantorCPUMenuExtraView::Mode;
+    const std::vector<Walk> walks{
+        {"1,2", true, false, false, false, {{kVertical, {kMachine}}, {kPercentage, {kMachine}}}},
+        {"1,2",
+         false,
+         false,
+         false,
+         false,
+         {{kVertical, {0}},
+          {kPercentage, {0}},
+          {kVertical, {1}},
+          {kPercentage, {1}},
+          {kVertical, {2}},
+          {kPercentage, {2}},
+          {kVertical, {3}},
+          {kPercentage, {3}}}},
+        {"1,2",
+         false,
+         false,
+         false,
+         true,
+         {{kVertical, {0}},
+          {kVertical, {1}},
+          {kVertical, {2}},
+          {kVertical, {3}},
+          {kPercentage, {0}},
+          {kPercentage, {1}},
+          {kPercentage, {2}},
+          {kPercentage, {3}}}},
+        {"1,2",
+         false,
+         false,
+         true,
+         false,
+         {{kVertical, {0, 1}}, {kPercentage, {0, 1}}, {kVertical, {1, 2}}, {kPercentage, {1, 2}}}},
+        {"3,100,0,4,5,1",
+         false,
+         true,
+         false,
+         false,
+         {{kPie, {0}},
+          {kLabel, {}},
+          {kHistory, {kMachine}},
+          {kLoad, {}},
+          {kGPU, {}},
+          {kVertical, {0}},
+          {kPie, {1}},
+          {kVertical, {1}},
+          {kPie, {2}},
+          {kVertical, {2}},
+          {kPie, {3}},
+          {kVertical, {3}}}},
+        {"1,0,4",
+         false,
+         true,
+         false,
+         true,
+         {{kVertical, {0}},
+          {kVertical, {1}},
+          {kVertical, {2}},
+          {kVertical, {3}},
+          {kHistory, {kMachine}},
+          {kLoad, {}}}},
+        {"0,0", true, true, false, false, {{kHistory, {kMachine}}, {kHistory, {kMachine}}}},
+        {"100,100", false, false, false, true, {{kLabel, {}}, {kLabel, {}}}},
+        {"6,1,6",
+         false,
+         false,
+         false,
+         true,
+         {{kCombinedVertical, {0, 1, 2, 3}},
+          {kVertical, {0}},
+          {kVertical, {1}},
+          {kVertical, {2}},
+          {kVertical, {3}}}},
+        {" 1x,,7,-1,1.9,+3",
+         true,
+         false,
+         false,
+         false,
+         {{kVertical, {kMachine}},
+          {kHistory, {kMachine}},
+          {kVertical, {kMachine}},
+          {kPie, {kMachine}}}},
+    };
+    world.machine.directories.setResources(std::filesystem::path(VANTOR_BUNDLE_DIR).parent_path());
+    setCores(4, 2);
+    CPUStatCollector& collector = CPUStatCollector::sharedCPUCollector();
+    for (std::size_t cpu = 0; cpu < 4; ++cpu) {
+        const auto busy = static_cast<std::uint32_t>(12 + 22 * cpu);
+        world.machine.processorCounters.spend(cpu, {.user = busy, .idle = 100 - busy});
+    }
+    collector.updateStats();
+    for (const Walk& walk : walks) {
+        VTRSetBoolForKey("CPU_MenubarCombineCores", walk.combine);
+        VTRSetBoolForKey("CPU_MenubarSingleHistoryGraph", walk.single);
+        VTRSetBoolForKey("CPU_CombineLogicalCores", walk.pairs);
+        VTRSetBoolForKey("CPU_MenubarGroupItems", walk.group);
+        VTRSetObjectForKey("CPU_MenubarMode", walk.modes);
+        test::BarCanvas canvas(400), wanted(400);
+        std::int64_t offset = 5;
+        for (const Drawn& each : walk.drawn) {
+            std::vector<const StatSamples*> collectors;
+            for (const int core : each.cores)
+                collectors.push_back(core == kMachine
+                                         ? static_cast<const StatSamples*>(&collector)
+                                         : &collector.core(static_cast<std::size_t>(core)));
+            offset += view.drawWithMode(wanted.context, each.mode, offset, collectors);
+        }
+        EXPECT_EQ(view.drawAtOffset(canvas.context, 5), offset - 4) << walk.modes;
+        EXPECT_EQ(test::pixelsOf(canvas.surface), test::pixelsOf(wanted.surface)) << walk.modes;
+    }
+}
+
+TEST_F(VantorCPUMenuExtraViewTest, ThreadsOfACoreShareACombinedBar) {
+    setCores(4, 2);
+    CPUStatCollector& collector = CPUStatCollector::sharedCPUCollector();
+    world.machine.processorCounters.spend(0, {.user = 100});
+    world.machine.processorCounters.spend(1, {.idle = 100});
+    collector.updateStats();
+    VTRSetObjectForKey("CPU_MenubarMode", "6");
+    test::BarCanvas canvas(40);
+    EXPECT_EQ(view.drawAtOffset(canvas.context, 0), 6 * 2 + 1);
+    EXPECT_EQ(canvas.heightAt(3, 3), 8);  // one of its two threads is busy
+    EXPECT_EQ(canvas.heightAt(9, 3), 0);
+}
+
+TEST_F(VantorCPUMenuExtraViewTest, APairOfThreadsShowsItsSumInABarAndItsMeanInAText) {
+    setCores(4, 2);
+    CPUStatCollector& collector = CPUStatCollector::sharedCPUCollector();
+    for (std::size_t cpu = 0; cpu < 4; ++cpu)
+        world.machine.processorCounters.spend(cpu, {.user = 30, .idle = 70});
+    collector.updateStats();
+    VTRSetBoolForKey("CPU_MenubarCombineCores", false);
+    VTRSetObjectForKey("CPU_MenubarMode", "1");
+    test::BarCanvas bars(40);
+    view.drawAtOffset(bars.context, 0);
+    EXPECT_EQ(bars.heightAt(4, 3), 9);  // 0.6 of 16
+}
+
+TEST_F(VantorCPUMenuExtraViewTest, AnOpenMenuKeepsBothColoursOfABreakdownOnDarkPanelsAlone) {
+    VTRSetBoolForKey("CPU_MenubarGraphBreakdowns", true);
+    CPUStatCollector& collector = CPUStatCollector::sharedCPUCollector();
+    for (int sample = 0; sample < 40; ++sample) {
+        for (std::size_t cpu : {0, 1})
+            world.machine.processorCounters.spend(cpu, {.user = 50, .system = 25, .idle = 25});
+        collector.updateStats();
+    }
+    view.setIsMenuDown(true);
+    for (const std::int64_t theme : {0, 1}) {
+        VTRSetIntegerForKey("MenubarTheme", theme);
+        for (const char* const mode : {"0", "1", "3", "6"}) {
+            VTRSetObjectForKey("CPU_MenubarMode", mode);
+            test::BarCanvas canvas(60);
+            view.drawAtOffset(canvas.context, 0);
+            const bool pie = *mode == '3';
+            const std::uint32_t user = canvas.pixel(pie ? 12 : 4, 6);
+            const std::uint32_t system = canvas.pixel(4, pie ? 9 : 13);
+            EXPECT_EQ(user == system, theme == 0) << mode << ", theme " << theme;
+            EXPECT_EQ(user == test::kOpaqueWhite, theme == 0) << mode << ", theme " << theme;
+        }
+    }
+}
+
+TEST_F(VantorCPUMenuExtraViewTest, BeforeDarkBarsTheWhiteSkinMakesIconsWhite) {
+    world.machine.machineIdentity.setSystemVersion({10, 9, 0});
+    world.machine.directories.setResources(std::filesystem::path(VANTOR_BUNDLE_DIR).parent_path());
+    const auto shows = [&](const char* mode, const std::string& name) {
+        VTRSetObjectForKey("CPU_MenubarMode", mode);
+        test::BarCanvas canvas(30);
+        view.drawAtOffset(canvas.context, 0);
+        test::PlainPicture wanted(30, 1);
+        wanted.draw(*Image::fromFile(std::filesystem::path(VANTOR_BUNDLE_DIR) / (name + ".png")), 0,
+                    2, 1);
+        return wanted.differenceFrom(canvas.surface).empty();
+    };
+    VTRSetIntegerForKey("MenubarSkinColor", 7);
+    EXPECT_TRUE(shows("100", "menubar-label-cpu"));
+    EXPECT_TRUE(shows("5", "menubar-gpu-nvidia"));
+    VTRSetIntegerForKey("MenubarSkinColor", 8);
+    EXPECT_TRUE(shows("100", "menubar-label-cpu-white"));
+    EXPECT_TRUE(shows("5", "menubar-gpu-nvidia-white"));
+    VTRSetBoolForKey("Theme-SeperateStyles", true);
+    VTRSetIntegerForKey("MenubarSkinColor-Light", 3);
+    EXPECT_TRUE(shows("100", "menubar-label-cpu")) << "the label alone knows of separate styles";
+    EXPECT_TRUE(shows("5", "menubar-gpu-nvidia-white"));
+}
+
+TEST_F(VantorCPUMenuExtraViewTest, WithoutImagesEverythingElseIsPainted) {
+    CPUStatCollector& collector = CPUStatCollector::sharedCPUCollector();
+    for (std::size_t cpu : {0, 1})
+        world.machine.processorCounters.spend(cpu, {.user = 100});
+    collector.updateStats();
+    VTRSetObjectForKey("CPU_MenubarMode", "100,1");
+    test::BarCanvas canvas(40);
+    EXPECT_EQ(view.drawAtOffset(canvas.context, 0), 12 + 13 - 4);
+    EXPECT_EQ(canvas.heightAt(12 + 4, 3), 16);
+    EXPECT_FALSE(canvas.painted(4, 10));
+}
+
+TEST_F(VantorCPUMenuExtraViewTest, TenThousandWideHistoriesArePaintedInBoundedTime) {
+    VTRSetIntegerForKey("CPU_MenubarGraphWidth", 100000);
+    std::string modes = "0";
+    for (int mode = 1; mode < 1000; ++mode)
+        modes += ",0";
+    EXPECT_EQ(widthOf(modes.c_str()), 1000 * 100004 - 4);
+}
+
+TEST_F(VantorCPUMenuExtraViewTest, WidthsAtTheEndsOfTheRangeDoNotRunOver) {
+    setCores(64, 64);
+    VTRSetBoolForKey("CPU_MenubarCombineCores", false);
+    VTRSetIntegerForKey("CPU_MenubarGraphWidth", std::numeric_limits<std::int64_t>::max());
+    EXPECT_GT(widthOf("0,0,0"), std::int64_t{1} << 40);
+    VTRSetIntegerForKey("CPU_MenubarGraphWidth", std::numeric_limits<std::int64_t>::min());
+    EXPECT_LT(widthOf("0,0,0"), 0);
 }
 
 }  // namespace
