@@ -1,6 +1,8 @@
 #include "Foundation/Colour.h"
 
+#include <algorithm>
 #include <array>
+#include <limits>
 #include <string_view>
 
 #include <fmt/format.h>
@@ -8,6 +10,15 @@
 #include "Foundation/NumberText.h"
 
 namespace vantor {
+namespace {
+
+/// The nearest number in single precision, which is never infinite.
+float narrowed(double number) noexcept {
+    constexpr double kLargest = std::numeric_limits<float>::max();
+    return static_cast<float>(std::clamp(number, -kLargest, kLargest));
+}
+
+}  // namespace
 
 std::string stringFromColor(const Colour& colour) {
     return fmt::format("{:.2f} {:.2f} {:.2f} {:.2f}", colour.red, colour.green, colour.blue,
@@ -24,7 +35,7 @@ std::optional<Colour> colorFromString(const PropertyValue& value) {
         const bool last = part + 1 == parts.size();
         if ((blank == std::string_view::npos) != last)
             return std::nullopt;
-        parts[part] = static_cast<float>(leadingNumber(rest.substr(0, blank)));
+        parts[part] = narrowed(leadingNumber(rest.substr(0, blank)));
         rest.remove_prefix(last ? rest.size() : blank + 1);
     }
     return Colour{parts[0], parts[1], parts[2], parts[3]};

@@ -1,6 +1,10 @@
 #include "Foundation/Colour.h"
 
+#include <limits>
+
 #include <gtest/gtest.h>
+
+#include "Tests/Support/DecimalCommas.h"
 
 namespace vantor {
 namespace {
@@ -27,6 +31,27 @@ TEST(ColourTest, NeedsFourPartsWithSingleBlanks) {
 TEST(ColourTest, OnlyATextIsAColour) {
     EXPECT_FALSE(colorFromString(1.0));
     EXPECT_FALSE(colorFromString(PropertyValue{}));
+}
+
+TEST(ColourTest, DecimalsMakeNoDifference) {
+    EXPECT_EQ(colorFromString("1 1 1 0.5"), colorFromString("1.00 1.00 1.00 0.50"));
+}
+
+TEST(ColourTest, APartMayBeMissingBetweenItsBlanks) {
+    EXPECT_EQ(colorFromString("1 1 1 "), (Colour{1, 1, 1, 0}));
+    EXPECT_EQ(colorFromString("   "), (Colour{0, 0, 0, 0}));
+    EXPECT_EQ(colorFromString("0,5 0x1 1e0 .25x"), (Colour{0, 0, 1, 0.25}));
+}
+
+TEST(ColourTest, APartBeyondSinglePrecisionIsCutToIt) {
+    constexpr double kLargest = std::numeric_limits<float>::max();
+    EXPECT_EQ(colorFromString("1e39 -1e300 1e-50 1"), (Colour{kLargest, -kLargest, 0, 1}));
+}
+
+TEST(ColourTest, DecimalPointIsNotTheLocales) {
+    const test::DecimalCommas commas;
+    EXPECT_EQ(colorFromString("0.5 0.25 0 1"), (Colour{0.5, 0.25, 0, 1}));
+    EXPECT_EQ(stringFromColor({0.5, 0.25, 0, 1}), "0.50 0.25 0.00 1.00");
 }
 
 }  // namespace

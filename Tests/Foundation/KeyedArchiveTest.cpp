@@ -1,11 +1,11 @@
 #include "Foundation/KeyedArchive.h"
 
-#include <locale.h>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "Tests/Support/DecimalCommas.h"
 #include "Tests/Support/PropertyLists.h"
 
 namespace vantor {
@@ -156,15 +156,9 @@ TEST(KeyedArchiveTest, BytesThatAreNoListAreNone) {
 }
 
 TEST(KeyedArchiveTest, NumbersDoNotFollowTheLocale) {
-    const locale_t commas = newlocale(LC_ALL_MASK, "de_DE.UTF-8", nullptr);
-    if (commas == nullptr)
-        GTEST_SKIP() << "no locale with a decimal comma here";
-    const locale_t previous = uselocale(commas);
-    const auto object =
-        objectInKeyedArchive(archiveXML("NSColor", colourFields(2, "NSRGB", "0.25 0.5 1")));
-    uselocale(previous);
-    freelocale(commas);
-    EXPECT_EQ(object, ArchivedObject(Colour{0.25, 0.5, 1, 1}));
+    const test::DecimalCommas commas;
+    EXPECT_EQ(objectInKeyedArchive(archiveXML("NSColor", colourFields(2, "NSRGB", "0.25 0.5 1"))),
+              ArchivedObject(Colour{0.25, 0.5, 1, 1}));
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
 #include "Shared/VTRFormatters.h"
 
 #include <limits>
-#include <locale.h>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "Shared/VTRPreferenceFunctions.h"
+#include "Tests/Support/DecimalCommas.h"
 #include "Tests/Support/World.h"
 
 namespace vantor {
@@ -197,16 +197,9 @@ TEST_F(VTRFormattersTest, UnitsAreThoseOfTheUsersLanguage) {
 }
 
 TEST_F(VTRFormattersTest, DecimalPointIsNotTheLocales) {
-    const locale_t commas = newlocale(LC_ALL_MASK, "de_DE.UTF-8", nullptr);
-    if (commas == nullptr)
-        GTEST_SKIP() << "no locale with a decimal comma here";
-    const locale_t previous = uselocale(commas);
-    const std::string sensor = formattedSensor(SensorReading{3, 1.5});
-    const std::string space = formattedSpace(1);
-    uselocale(previous);
-    freelocale(commas);
-    EXPECT_EQ(sensor, "1.50 V");
-    EXPECT_EQ(space, "1.0MB");
+    const test::DecimalCommas commas;
+    EXPECT_EQ(formattedSensor(SensorReading{3, 1.5}), "1.50 V");
+    EXPECT_EQ(formattedSpace(1), "1.0MB");
 }
 
 }  // namespace
