@@ -112,7 +112,7 @@ Ports ScenarioRecorder::ports() noexcept {
 }
 
 double ScenarioRecorder::mainTime() const noexcept {
-    return ports_.clock.monotonic() - monotonicStart_ + slept_;
+    return ports_.clock.monotonic() - monotonicStart_;
 }
 
 void ScenarioRecorder::addEvent(double at, json event) { events_.emplace(at, std::move(event)); }
@@ -126,25 +126,30 @@ void ScenarioRecorder::noteClockStep() {
 }
 
 /// A reading is made on a tick, and a tick stands for the whole second just begun. A tick that
-/// comes more than a second late stands for an earlier one, but nothing happened in between.
+/// comes more than a second late stands for an earlier one, but nothing happened in between. A tick
+/// that a sleep held up is late from the waking on.
 ScenarioRecorder::Moment& ScenarioRecorder::momentNow() {
+    wakeUp();  // who measures is awake, though the word of it may still be on its way
     noteClockStep();
-    const double now = ports_.clock.now();
-    const double second = std::floor(now);
-    Moment& moment = moments_[second - start_ - stepped_];
+    const double second = std::floor(ports_.clock.now());
+    const double at = std::max(second - start_ - stepped_, awakeSince_);
+    Moment& moment = moments_[at];
     if (moment.lateness == 0)
-        moment.lateness = now - second;
+        moment.lateness = mainTime() - at;
     return moment;
 }
 
-void ScenarioRecorder::fallAsleep() noexcept { sleepBegan_ = ports_.clock.now(); }
+void ScenarioRecorder::fallAsleep() noexcept { sleepBegan_ = mainTime(); }
 
+/// In a machine that is suspended the monotonic clock stands still, and delays with it: to the
+/// program that is a short sleep and a wall clock that was set.
 void ScenarioRecorder::wakeUp() {
-    const double seconds = ports_.clock.now() - sleepBegan_;
-    const double at = mainTime();
-    const double unseen = ports_.clock.now() - (start_ + at) - stepped_;
-    slept_ += unseen;  // the part of the sleep during which the monotonic clock stood still
-    addEvent(std::max(0.0, mainTime() - seconds), {{"sleep", std::max(0.0, seconds)}});
+    if (!sleepBegan_)
+        return;
+    awakeSince_ = mainTime();
+    addEvent(*sleepBegan_, {{"sleep", awakeSince_ - *sleepBegan_}});
+    sleepBegan_.reset();
+    noteClockStep();
 }
 
 json ScenarioRecorder::scenario(double seconds) const {

@@ -56,9 +56,9 @@ private:
     std::unique_ptr<Loads> loads_;
     double start_;  // seconds since 1970
     double monotonicStart_;
-    double slept_ = 0;    // seconds that the monotonic clock leaves out
-    double stepped_ = 0;  // seconds by which the wall clock was set since the start
-    double sleepBegan_ = 0;
+    double stepped_ = 0;  // seconds that the wall clock has moved beyond the monotonic one
+    std::optional<double> sleepBegan_;  // main-queue time, while asleep
+    double awakeSince_ = 0;             // main-queue time
     nlohmann::ordered_json machine_;
     nlohmann::ordered_json preferences_;
     std::map<double, Moment> moments_;

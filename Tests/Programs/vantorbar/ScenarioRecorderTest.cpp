@@ -1,10 +1,14 @@
 #include "Programs/vantorbar/ScenarioRecorder.h"
 
 #include <fstream>
+#include <string>
+#include <vector>
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "Hosts/None/NoHost.h"
+#include "Platform/Appearance.h"
 #include "Platform/Simulated/Scenario.h"
 #include "Platform/Simulated/SimulatedMachine.h"
 #include "Programs/vantorbar/Simulation.h"
@@ -27,6 +31,24 @@ struct BusyMachine : simulated::SimulatedMachine {
 /// A machine that is recorded, and the program on it.
 class ScenarioRecorderTest : public testing::Test {
 protected:
+    /// The kind of each event that has one of its own, in order.
+    std::vector<std::string> eventKinds() const {
+        std::vector<std::string> kinds;
+        const auto scenario = recorder.scenario(machine.mainQueue.now() - began);
+        for (const auto& event : scenario["events"])
+            for (const char* const kind : {"sleep", "clock", "dark", "contrast"})
+                if (event.contains(kind))
+                    kinds.push_back(fmt::format("{} {:.3g}", kind,
+                                                event[kind].is_boolean()
+                                                    ? event[kind].get<bool>()
+                                                    : event[kind].get<double>()));
+        return kinds;
+    }
+    void expectSameFigures(const nlohmann::json& state) {
+        for (int type = 0; type <= 1; ++type)
+            expectSameRing(state["collectors"]["cpu"]["storages"][std::to_string(type)],
+                           context.cpuCollector().storageForType(type));
+    }
 
     /// Runs on for `moreSeconds`, then replays all that was recorded and dumps its end.
     nlohmann::json replayed(double moreSeconds) {
@@ -34,7 +56,7 @@ protected:
         const double seconds = machine.mainQueue.now() - began;
         const std::string text = recorder.scenario(seconds).dump();
         simulated::Scenario scenario = simulated::scenarioFromText(text);
-        scenario.outputs.push_back({seconds, simulated::DumpOutput{"end.json"}});
+        scenario.outputs.push_back({scenario.until, simulated::DumpOutput{"end.json"}});
         simulated::Journal silent;
         const OutputFolder output(folder / "out");
         Simulation(scenario, silent, output).run();
@@ -88,6 +110,52 @@ TEST_F(ScenarioRecorderTest, ClockStepsAndSleepAreReplayed) {
     const nlohmann::json state = replayed(60);
     EXPECT_EQ(state["collectors"]["cpu"]["sampleIndex"][1]["sampleID"],
               context.cpuCollector().idForInterval(1));
+}
+
+/// The clocks go on: the machine was busy falling asleep and waking.
+TEST_F(ScenarioRecorderTest, ASleepDuringWhichTheClocksGoOnIsReplayed) {
+    machine.run(10);
+    machine.workspace.willSleep();
+    machine.mainQueue.moveTo(machine.mainQueue.now() + 100);
+    machine.workspace.didWake();
+    expectSameFigures(replayed(30));
+    EXPECT_EQ(eventKinds(), std::vector<std::string>{"sleep 100"});
+}
+
+/// The monotonic clock stands still in a sleeping machine, and the wall clock doesn't.
+TEST_F(ScenarioRecorderTest, ASuspensionIsReplayedAsASleepAndAClockThatWasSet) {
+    machine.run(10);
+    machine.workspace.willSleep();
+    machine.clock.step(300);
+    machine.workspace.didWake();
+    const nlohmann::json state = replayed(30);
+    EXPECT_EQ(state["at"], 40);
+    EXPECT_EQ(state["time"], machine.clock.now());
+    expectSameFigures(state);
+    EXPECT_EQ(eventKinds(), (std::vector<std::string>{"sleep 0", "clock 300"}));
+}
+
+TEST_F(ScenarioRecorderTest, AMeasurementBeforeTheWakingIsToldEndsTheSleep) {
+    machine.run(10);
+    machine.workspace.willSleep();
+    machine.clock.step(300);
+    machine.run(2);
+    machine.workspace.didWake();
+    expectSameFigures(replayed(30));
+    EXPECT_EQ(eventKinds(), (std::vector<std::string>{"sleep 0.702", "clock 300"}));
+}
+
+TEST_F(ScenarioRecorderTest, ChangesOfTheAppearanceAreRecorded) {
+    machine.run(5);
+    machine.appearance.setDark(true);
+    machine.distributedNotifications.arrive(std::string(kInterfaceThemeChanged), {});
+    machine.run(5);
+    machine.appearance.setContrast(true);
+    machine.distributedNotifications.arrive(std::string(kIncreaseContrastChanged), {});
+    const nlohmann::json state = replayed(5);
+    EXPECT_EQ(state["preferences"]["isMenubarDark"], true);
+    EXPECT_EQ(state["preferences"]["increaseContrast"], true);
+    EXPECT_EQ(eventKinds(), (std::vector<std::string>{"dark 1", "contrast 1"}));
 }
 
 }  // namespace
