@@ -12,6 +12,10 @@ namespace vantor::inline VANTOR_MODULE {
 /// Thread: main queue only.
 class StatSamples {
 public:
+    StatSamples() = default;
+    /// A copy is another thing: nobody looks at it yet.
+    StatSamples(const StatSamples&) : StatSamples() {}
+    StatSamples& operator=(const StatSamples&) { return *this; }
     virtual ~StatSamples() = default;
     /// `index` is an age, 0 the newest, below SampleRing::kSlots.
     virtual statsample sampleAtIndex(std::size_t index, StorageType type) const noexcept = 0;
