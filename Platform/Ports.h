@@ -8,6 +8,7 @@ class CallStack;
 class Clock;
 class Directories;
 class DistributedNotifications;
+class FileSystem;
 class LoadAverages;
 class MachineIdentity;
 class MainQueue;
@@ -16,6 +17,8 @@ class PreferenceDomain;
 class ProcessorCounters;
 class RegionalSettings;
 class SystemLog;
+class ThisProcess;
+class TimeZone;
 class Witness;
 class WorkQueues;
 class Workspace;
@@ -39,11 +42,16 @@ struct Ports {
     MachineIdentity& machineIdentity;
     RegionalSettings& regionalSettings;
     CallStack& callStack;
+    FileSystem& fileSystem;
+    ThisProcess& thisProcess;
+    TimeZone& timeZone;
     Witness* witness = nullptr;
 };
 
 /// Ports that stand in for others; null leaves the one that there is.
 struct PortOverrides {
+    WorkQueues* workQueues = nullptr;
+    FileSystem* fileSystem = nullptr;
     ProcessorCounters* processorCounters = nullptr;
     LoadAverages* loadAverages = nullptr;
     PreferenceDomain* preferences = nullptr;
@@ -57,7 +65,7 @@ inline Ports overriddenPorts(const Ports& ports, const PortOverrides& overrides)
     };
     return {.clock = ports.clock,
             .mainQueue = ports.mainQueue,
-            .workQueues = ports.workQueues,
+            .workQueues = pick(overrides.workQueues, ports.workQueues),
             .processorCounters = pick(overrides.processorCounters, ports.processorCounters),
             .loadAverages = pick(overrides.loadAverages, ports.loadAverages),
             .bootTime = ports.bootTime,
@@ -71,6 +79,9 @@ inline Ports overriddenPorts(const Ports& ports, const PortOverrides& overrides)
             .machineIdentity = ports.machineIdentity,
             .regionalSettings = ports.regionalSettings,
             .callStack = ports.callStack,
+            .fileSystem = pick(overrides.fileSystem, ports.fileSystem),
+            .thisProcess = ports.thisProcess,
+            .timeZone = ports.timeZone,
             .witness = ports.witness};
 }
 

@@ -6,7 +6,7 @@
 namespace vantor {
 
 /// Port: somebody who watches the program from within, such as the simulator's journal. It
-/// changes nothing. Main queue only.
+/// changes nothing. Main queue only, but for `logged`.
 class Witness {
 public:
     virtual ~Witness() = default;
@@ -16,6 +16,8 @@ public:
     virtual void updated(std::string_view collector, int mode) = 0;
     virtual void extraLoaded(std::string_view extra) = 0;
     virtual void extraUnloaded(std::string_view extra) = 0;
+    /// The log delivers a message. On the log's own queue.
+    virtual void logged(std::string_view text) = 0;
 };
 
 }  // namespace vantor

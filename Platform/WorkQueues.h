@@ -32,6 +32,8 @@ public:
     virtual std::unique_ptr<SerialQueue> makeSerialQueue(std::string label) = 0;
     /// Returns once the global queue has run all that it was given. Main queue.
     virtual void drainGlobal() = 0;
+    /// Of the queue whose task the caller is; "" for one that is none of these. Any thread.
+    virtual std::string_view currentLabel() const noexcept { return {}; }
 };
 
 }  // namespace vantor

@@ -19,7 +19,8 @@ LinuxPlatform::LinuxPlatform(const DirectorySources& sources, const KernelFiles&
       buses_(mainQueue_, systemLog_, sources.environment),
       distributedNotifications_(mainQueue_, buses_.session),
       appearance_(mainQueue_, buses_.session, distributedNotifications_),
-      workspace_(mainQueue_, buses_.system, directories_, sources.environment) {
+      workspace_(mainQueue_, buses_.system, directories_, sources.environment),
+      fileWatches_(mainQueue_), fileSystem_(fileWatches_) {
     distributedNotifications_.setArrived([this] { preferences_.noteChanged(); });
 }
 
@@ -39,7 +40,10 @@ Ports LinuxPlatform::ports() noexcept {
             .appearance = appearance_,
             .machineIdentity = machineIdentity_,
             .regionalSettings = regionalSettings_,
-            .callStack = callStack_};
+            .callStack = callStack_,
+            .fileSystem = fileSystem_,
+            .thisProcess = thisProcess_,
+            .timeZone = timeZone_};
 }
 
 }  // namespace vantor

@@ -12,6 +12,8 @@
 #include "Platform/Linux/LinuxClock.h"
 #include "Platform/Linux/LinuxDirectories.h"
 #include "Platform/Linux/LinuxDistributedNotifications.h"
+#include "Platform/Linux/LinuxFileSystem.h"
+#include "Platform/Linux/LinuxFileWatches.h"
 #include "Platform/Linux/LinuxLoadAverages.h"
 #include "Platform/Linux/LinuxMachineIdentity.h"
 #include "Platform/Linux/LinuxMainQueue.h"
@@ -19,6 +21,8 @@
 #include "Platform/Linux/LinuxProcessorCounters.h"
 #include "Platform/Linux/LinuxRegionalSettings.h"
 #include "Platform/Linux/LinuxSystemLog.h"
+#include "Platform/Linux/LinuxThisProcess.h"
+#include "Platform/Linux/LinuxTimeZone.h"
 #include "Platform/Linux/LinuxWorkQueues.h"
 #include "Platform/Linux/LinuxWorkspace.h"
 #include "Platform/Ports.h"
@@ -58,6 +62,10 @@ private:
     LinuxDistributedNotifications distributedNotifications_;
     LinuxAppearance appearance_;
     LinuxWorkspace workspace_;
+    LinuxFileWatches fileWatches_;
+    LinuxFileSystem fileSystem_;
+    LinuxThisProcess thisProcess_;
+    LinuxTimeZone timeZone_;
     LinuxWorkQueues workQueues_;
 };
 

@@ -18,6 +18,7 @@ public:
     void globalAsync(Task task) override;
     std::unique_ptr<SerialQueue> makeSerialQueue(std::string label) override;
     void drainGlobal() override;
+    std::string_view currentLabel() const noexcept override { return Worker::currentName(); }
 
 private:
     Worker global_;

@@ -6,6 +6,12 @@
 #include <pthread.h>
 
 namespace vantor {
+namespace {
+
+/// What this thread was made for; never changes once it runs.
+thread_local const Worker* ownWorker = nullptr;
+
+}  // namespace
 
 Worker::Worker(std::string name, std::optional<std::chrono::milliseconds> idle)
     : name_(std::move(name)), idle_(idle) {}
@@ -38,6 +44,10 @@ void Worker::drain() {
 
 bool Worker::isCurrent() const noexcept { return threadID_ == std::this_thread::get_id(); }
 
+std::string_view Worker::currentName() noexcept {
+    return ownWorker != nullptr ? std::string_view(ownWorker->name_) : std::string_view{};
+}
+
 /// With the lock held. Answers how many tasks there were up to this one.
 std::uint64_t Worker::enqueue(Task task) {
     if (!hasThread_)
@@ -56,6 +66,7 @@ void Worker::startThread() {
 
 void Worker::work() {
     threadID_ = std::this_thread::get_id();
+    ownWorker = this;
     // Refused only for names that are too long; a thread without a name works as well.
     pthread_setname_np(pthread_self(), name_.substr(0, 15).c_str());
     std::unique_lock lock(mutex_);

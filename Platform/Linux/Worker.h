@@ -7,6 +7,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -37,6 +38,8 @@ public:
     /// Whether the caller is a task of this worker.
     bool isCurrent() const noexcept;
     const std::string& name() const noexcept { return name_; }
+    /// Of the worker whose task the caller is; "" for one that is none's.
+    static std::string_view currentName() noexcept;
 
 private:
     std::uint64_t enqueue(Task task);

@@ -23,6 +23,7 @@ public:
     void updated(std::string_view, int) override {}
     void extraLoaded(std::string_view) override {}
     void extraUnloaded(std::string_view) override {}
+    void logged(std::string_view) override {}
 };
 
 }  // namespace vantor::simulated

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "Foundation/TimeZoneRules.h"
 #include "Platform/Appearance.h"
 #include "Platform/BootTime.h"
 #include "Platform/CallStack.h"
@@ -17,6 +19,8 @@
 #include "Platform/RegionalSettings.h"
 #include "Platform/Simulated/Journal.h"
 #include "Platform/SystemLog.h"
+#include "Platform/ThisProcess.h"
+#include "Platform/TimeZone.h"
 #include "Platform/Workspace.h"
 
 // The ports that answer what they were told.
@@ -47,11 +51,15 @@ class SimulatedDirectories final : public Directories {
 public:
     void setRoot(std::optional<std::filesystem::path> root) { root_ = std::move(root); }
     void setResources(std::filesystem::path resources) { resources_ = std::move(resources); }
+    /// A place of its own for the logs.
+    void setLogs(std::filesystem::path logs) { logs_ = std::move(logs); }
 
     std::optional<std::filesystem::path> applicationSupport() const override {
         return below("Application Support");
     }
-    std::optional<std::filesystem::path> logs() const override { return below("Logs"); }
+    std::optional<std::filesystem::path> logs() const override {
+        return logs_ ? logs_ : below("Logs");
+    }
     std::optional<std::filesystem::path> preferences() const override {
         return below("Preferences");
     }
@@ -69,7 +77,7 @@ private:
     std::optional<std::filesystem::path> below(const char* name) const {
         return root_ ? std::optional(*root_ / name) : std::nullopt;
     }
-    std::optional<std::filesystem::path> root_;
+    std::optional<std::filesystem::path> root_, logs_;
     std::filesystem::path resources_ = "/nonexistent";
 };
 
@@ -149,6 +157,25 @@ public:
 
 private:
     std::string tag_ = "en_US";
+};
+
+class SimulatedTimeZone final : public TimeZone {
+public:
+    /// GMT until then.
+    void setRules(TimeZoneRules rules) { rules_ = std::move(rules); }
+    std::int32_t secondsFromGMT(double time) const noexcept override {
+        return rules_.secondsFromGMT(static_cast<std::int64_t>(std::floor(time)));
+    }
+
+private:
+    TimeZoneRules rules_;
+};
+
+class SimulatedThisProcess final : public ThisProcess {
+public:
+    std::string name() const override { return "vantorbar"; }
+    std::uint32_t threadID() const noexcept override { return 1; }
+    std::string threadName() const override { return "main"; }
 };
 
 class SimulatedCallStack final : public CallStack {

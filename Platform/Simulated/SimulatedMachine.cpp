@@ -5,7 +5,8 @@ namespace vantor::simulated {
 SimulatedMachine::SimulatedMachine(double start, double latencySeconds, Journal* journalOrNull)
     : journal(journalOrNull), mainQueue(start, latencySeconds), clock(mainQueue),
       processorCounters(mainQueue), systemLog(journal), workspace(journal),
-      distributedNotifications(mainQueue, journal), localNotifications(journal) {}
+      distributedNotifications(mainQueue, journal), localNotifications(journal),
+      fileSystem(clock, mainQueue) {}
 
 Ports SimulatedMachine::ports() {
     return {.clock = clock,
@@ -24,6 +25,9 @@ Ports SimulatedMachine::ports() {
             .machineIdentity = machineIdentity,
             .regionalSettings = regionalSettings,
             .callStack = callStack,
+            .fileSystem = fileSystem,
+            .thisProcess = thisProcess,
+            .timeZone = timeZone,
             .witness = journal};
 }
 

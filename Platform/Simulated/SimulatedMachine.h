@@ -4,6 +4,7 @@
 #include "Platform/Simulated/SimulatedClock.h"
 #include "Platform/Simulated/SimulatedDistributedNotifications.h"
 #include "Platform/Simulated/SimulatedFacilities.h"
+#include "Platform/Simulated/SimulatedFileSystem.h"
 #include "Platform/Simulated/SimulatedMainQueue.h"
 #include "Platform/Simulated/SimulatedPreferenceDomain.h"
 #include "Platform/Simulated/SimulatedProcessorCounters.h"
@@ -41,6 +42,9 @@ struct SimulatedMachine {
     SimulatedMachineIdentity machineIdentity;
     SimulatedRegionalSettings regionalSettings;
     SimulatedCallStack callStack;
+    SimulatedFileSystem fileSystem;
+    SimulatedThisProcess thisProcess;
+    SimulatedTimeZone timeZone;
 };
 
 }  // namespace vantor::simulated

@@ -10,6 +10,10 @@ public:
     void globalAsync(Task task) override { task(); }
     std::unique_ptr<SerialQueue> makeSerialQueue(std::string label) override;
     void drainGlobal() override {}
+    std::string_view currentLabel() const noexcept override { return label_; }
+
+private:
+    std::string_view label_;
 };
 
 }  // namespace vantor::simulated

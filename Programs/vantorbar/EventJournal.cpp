@@ -172,4 +172,10 @@ void EventJournal::extraUnloaded(std::string_view extra) {
     end();
 }
 
+void EventJournal::logged(std::string_view message) {
+    begin("log");
+    text("text", message);
+    end();
+}
+
 }  // namespace vantor

@@ -32,6 +32,7 @@ public:
     void updated(std::string_view collector, int mode) override;
     void extraLoaded(std::string_view extra) override;
     void extraUnloaded(std::string_view extra) override;
+    void logged(std::string_view text) override;
 
 private:
     struct Close {

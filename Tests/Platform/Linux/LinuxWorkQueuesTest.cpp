@@ -117,6 +117,15 @@ TEST(LinuxWorkQueuesTest, ThreadBearsTheBeginningOfTheLabel) {
     EXPECT_EQ(queue->label(), "a label that is too long");
 }
 
+TEST(LinuxWorkQueuesTest, ATaskKnowsTheLabelOfItsQueue) {
+    LinuxWorkQueues queues;
+    const auto queue = queues.makeSerialQueue("a label that is too long");
+    std::string label;
+    queue->sync([&] { label = queues.currentLabel(); });
+    EXPECT_EQ(label, "a label that is too long");
+    EXPECT_EQ(queues.currentLabel(), "");
+}
+
 TEST(LinuxWorkQueuesTest, SerialQueueInUseAllocatesNothing) {
     LinuxWorkQueues queues;
     const auto queue = queues.makeSerialQueue("steady");
