@@ -5,6 +5,7 @@
 
 #include "Shared/Collectors/CPUStatCollector.h"
 #include "Shared/Collectors/LoadStatCollector.h"
+#include "Shared/External/Logging/LGLog.h"
 #include "Shared/KOLVersions.h"
 #include "Shared/SharedInstance.h"
 #include "Shared/VTRImageCache.h"
@@ -35,6 +36,7 @@ ProcessContext::ProcessContext(const Ports& ports)
 
 ProcessContext::~ProcessContext() {
     singletons_.reset();  // while this context is still the current one
+    log_.drop();
     currentContext = previous_;
 }
 
@@ -42,6 +44,14 @@ ProcessContext& ProcessContext::current() noexcept {
     assert(currentContext != nullptr);
     return *currentContext;
 }
+
+ProcessContext* ProcessContext::currentOrNull() noexcept { return currentContext; }
+
+LGLog& ProcessContext::log() {
+    return log_.get([&] { return std::make_unique<LGLog>(ports_); });
+}
+
+LGLog* ProcessContext::existingLog() const noexcept { return log_.existing(); }
 
 KOLVersions& ProcessContext::versions() {
     return singletons_->versions.get(

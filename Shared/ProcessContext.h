@@ -3,11 +3,13 @@
 #include <memory>
 
 #include "Platform/Ports.h"
+#include "Shared/SharedInstance.h"
 
 namespace vantor::inline VANTOR_MODULE {
 
 class CPUStatCollector;
 class KOLVersions;
+class LGLog;
 class LoadStatCollector;
 class VTRImageCache;
 class VTRPreferences;
@@ -26,9 +28,13 @@ public:
     ProcessContext& operator=(const ProcessContext&) = delete;
 
     static ProcessContext& current() noexcept;
+    /// Null where there is none.
+    static ProcessContext* currentOrNull() noexcept;
 
     const Ports& ports() const noexcept { return ports_; }
 
+    LGLog& log();
+    LGLog* existingLog() const noexcept;
     KOLVersions& versions();
     /// Null once `cleanupPreferences` was called: that singleton isn't made again.
     VTRPreferences* preferences();
@@ -48,6 +54,7 @@ private:
     struct Singletons;
     Ports ports_;
     ProcessContext* previous_;
+    SharedInstance<LGLog> log_;  // outlives the others, which log to their end
     std::unique_ptr<Singletons> singletons_;
 };
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "Shared/Collectors/CPUStatCollector.h"
+#include "Shared/External/Logging/LGLog.h"
 #include "Shared/VTRPreferences.h"
 #include "Tests/Support/World.h"
 
@@ -36,6 +37,19 @@ TEST(ProcessContextTest, ThePreferencesAreNotMadeAgain) {
     EXPECT_NE(world.context.preferences(), nullptr);
     VTRPreferences::cleanup();
     EXPECT_EQ(world.context.preferences(), nullptr);
+}
+
+TEST(ProcessContextTest, WithoutAWorldThereIsNone) {
+    EXPECT_EQ(ProcessContext::currentOrNull(), nullptr);
+    test::World world;
+    EXPECT_EQ(ProcessContext::currentOrNull(), &world.context);
+}
+
+TEST(ProcessContextTest, TheLogIsThereWhenSomebodyLogs) {
+    test::World world;
+    EXPECT_EQ(world.context.existingLog(), nullptr);
+    LGLogInfo("text");
+    EXPECT_EQ(world.context.existingLog(), &LGLog::sharedLog());
 }
 
 }  // namespace
