@@ -1,6 +1,7 @@
 #include "Shared/VTRMenuExtra.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <exception>
 #include <utility>
 
@@ -13,6 +14,9 @@
 #include "Platform/DistributedNotifications.h"
 #include "Platform/SystemLog.h"
 #include "Platform/Witness.h"
+#include "Shared/External/Logging/LGFileLogger.h"
+#include "Shared/External/Logging/LGLog.h"
+#include "Shared/External/Logging/LGLogFileManagerDefault.h"
 #include "Shared/InstalledApplications.h"
 #include "Shared/ProcessContext.h"
 #include "Shared/VTRMenuHighlight.h"
@@ -23,6 +27,9 @@ namespace {
 
 constexpr double kFirstLength = 20;
 constexpr double kBarHeight = 22;
+
+constexpr double kLogRollingFrequencySeconds = 2'592'000;
+constexpr std::uint64_t kMaximumNumberOfLogFiles = 7, kMaximumLogFileBytes = 5'242'880;
 
 std::string dateDescription(double secondsSince1970) {
     const auto seconds = static_cast<std::time_t>(secondsSince1970);
@@ -43,10 +50,26 @@ VTRMenuExtra::VTRMenuExtra(MenuExtraHost& host)
 
 VTRMenuExtra::~VTRMenuExtra() = default;
 
+/// Not in the constructor: until it has returned, the extra has no name. A user who has no place
+/// for logs gets none.
+void VTRMenuExtra::setupLog() {
+    const auto logs = ports_.directories.logs();
+    if (!logs)
+        return;
+    LGLog& log = LGLog::sharedLog();
+    const auto manager = std::make_shared<LGLogFileManagerDefault>(log, *logs / extraName());
+    fileLogger_ = std::make_shared<LGFileLogger>(log, manager);
+    fileLogger_->setRollingFrequency(kLogRollingFrequencySeconds);
+    manager->setMaximumNumberOfLogFiles(kMaximumNumberOfLogFiles);
+    fileLogger_->setMaximumFileSize(kMaximumLogFileBytes);
+    log.addLogger(fileLogger_);
+}
+
 void VTRMenuExtra::run() {
     if (state_ != State::constructed)
         return;  // unloaded before it began
     state_ = State::loading;
+    setupLog();
     modules_ = std::make_unique<Modules>();
     combinedMenu_ = createMenu();
     combinedMenu_->setDelegate(this);
@@ -115,8 +138,11 @@ void VTRMenuExtra::reportFailure(std::string_view exception, std::string_view st
     const auto line = [this](std::string_view what) {
         return fmt::format("Vantor Bar exception in {} - {}", extraName(), what);
     };
-    ports_.systemLog.write(fmt::format("{}\n\n{}\n{}\n\n{}", dateDescription(ports_.clock.now()),
-                                       line(exception), line(stage), ports_.callStack.symbols()));
+    const std::string report =
+        fmt::format("{}\n\n{}\n{}\n\n{}", dateDescription(ports_.clock.now()), line(exception),
+                    line(stage), ports_.callStack.symbols());
+    ports_.systemLog.write(report);
+    LGLogInfo(report);
     host_.setViewFrameSize({0, kBarHeight});
     host_.setLength(0);
     willUnload();
@@ -196,6 +222,7 @@ void VTRMenuExtra::unloadModules() noexcept {
 void VTRMenuExtra::willUnload() {
     if (state_ == State::unloaded)
         return;
+    LGLogInfo("Unloading...");
     unloadModules();
     modules_.reset();
     cleanup();

@@ -18,6 +18,8 @@
 
 namespace vantor::inline VANTOR_MODULE {
 
+class LGFileLogger;
+
 /// The plug-in object: it starts its modules in stages, forwards notifications to them, hands
 /// the host the right menu, and tears everything down. A concrete extra names itself and makes
 /// its modules.
@@ -78,6 +80,7 @@ protected:
 
 private:
     void run();
+    void setupLog();
     void loadView();
     void startModules(std::string& stage);
     void registerObservers();
@@ -88,6 +91,7 @@ private:
     Ports ports_;
     MenuExtraHost& host_;
     State state_ = State::constructed;
+    std::shared_ptr<LGFileLogger> fileLogger_;  // the log's, too, which keeps it to its own end
     std::unique_ptr<Modules> modules_;
     std::unique_ptr<VTRMenu> combinedMenu_;
     std::unique_ptr<VTRMenuExtraView> view_;

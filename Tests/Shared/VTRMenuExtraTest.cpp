@@ -1,12 +1,17 @@
 #include "Shared/VTRMenuExtra.h"
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "Platform/Simulated/SimulatedMenuExtraHost.h"
+#include "Shared/External/Logging/LGLog.h"
 #include "Shared/VTRPreferences.h"
+#include "Tests/Support/TemporaryFolder.h"
 #include "Tests/Support/World.h"
 
 namespace vantor {
@@ -270,6 +275,44 @@ TEST_F(VTRMenuExtraTest, UnloadedBeforeItRanItNeverStarts) {
     extra.willUnload();
     world.machine.run(1);
     EXPECT_THAT(extra.calls, ElementsAre("cleanup"));
+}
+
+TEST_F(VTRMenuExtraTest, ItsUnloadingIsLogged) {
+    load();
+    extra.willUnload();
+    EXPECT_THAT(world.journal.logLines, ElementsAre("Unloading..."));
+}
+
+TEST_F(VTRMenuExtraTest, AFailureIsLoggedAsItStandsInTheSystemLog) {
+    extra.failsAt = "setup";
+    world.machine.run(0);
+    EXPECT_THAT(world.journal.logLines,
+                ElementsAre(world.journal.systemLogLines.at(1), "Unloading..."));
+}
+
+TEST_F(VTRMenuExtraTest, ItsLogFilesLieInAFolderOfItsName) {
+    const test::TemporaryFolder folder;
+    world.machine.directories.setLogs(folder.path());
+    load();
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+    extra.willUnload();
+    std::ifstream file(folder / "test/vantorbar 2015-03-09 11-20.log");
+    std::string line;
+    std::getline(file, line);
+    EXPECT_EQ(line, "2015/03/09 11:20:00:000  Unloading...");
+}
+
+TEST_F(VTRMenuExtraTest, ItsLogKeepsSevenFilesBesideTheLiveOneForThirtyDays) {
+    const test::TemporaryFolder folder;
+    world.machine.directories.setLogs(folder.path());
+    load();
+    for (int month = 0; month < 12; ++month) {
+        LGLogInfo(std::string(5'242'879 / 2, 'x'));
+        LGLogInfo(std::string(5'242'879 / 2, 'x'));
+        world.machine.run(60);
+    }
+    const std::filesystem::directory_iterator files(folder / "test");
+    EXPECT_EQ(std::distance(begin(files), end(files)), 8);
 }
 
 }  // namespace
