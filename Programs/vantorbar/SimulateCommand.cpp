@@ -4,6 +4,7 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -14,13 +15,22 @@
 #include "Programs/vantorbar/ProgramDirectories.h"
 #include "Programs/vantorbar/Simulation.h"
 #include "Programs/vantorbar/StateDump.h"
+#include "Programs/vantorbar/ZoneFile.h"
 
 namespace vantor {
 namespace {
 
 constexpr int kUnusable = 2;
 
+TimeZoneRules zoneOf(const simulated::Scenario& scenario) {
+    auto rules = timeZoneNamed(scenario.timezone);
+    if (!rules)
+        throw simulated::ScenarioError("timezone", "expected the name of a time zone");
+    return *std::move(rules);
+}
+
 void runScenario(const simulated::Scenario& scenario, const SimulateOptions& options) {
+    TimeZoneRules zone = zoneOf(scenario);
     OutputFolder folder(options.folder);
     std::filesystem::create_directory(folder.path() / "databases");
     std::filesystem::create_directory(folder.path() / "logs");
@@ -31,6 +41,8 @@ void runScenario(const simulated::Scenario& scenario, const SimulateOptions& opt
         events.emplace(folder.path() / "events.jsonl");
     simulated::Journal& journal = events ? *events : silent;
     Simulation simulation(scenario, journal, folder);
+    simulation.machine().timeZone.setRules(std::move(zone));
+    simulation.machine().directories.setLogs(folder.path() / "logs");
     // The artwork and the texts are the program's own, whatever the machine.
     simulation.machine().directories.setResources(
         LinuxDirectories(programDirectories()).resources());

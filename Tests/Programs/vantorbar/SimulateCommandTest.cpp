@@ -235,5 +235,37 @@ TEST_F(SimulateCommandTest, AnEarlierRunsFilesAreReplaced) {
     EXPECT_NE(textOf(folder / "out/events.jsonl"), before);
 }
 
+TEST_F(SimulateCommandTest, TheLogBearsTheScriptedTimeAndZone) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 20, "timezone": "Europe/Vienna"})"), 0)
+        << errors.str();
+    EXPECT_EQ(events("log").size(), 1U);
+    EXPECT_EQ(events("log").at(0)["text"], "Unloading...");
+    EXPECT_EQ(events("log").at(0)["at"], 20);
+    EXPECT_EQ(textOf(folder / "out/logs/cpu/vantorbar 2015-03-09 11-20.log"),
+              "2015/03/09 12:20:20:000  Unloading...\n");
+}
+
+TEST_F(SimulateCommandTest, ACombinedExtraHasALogOfItsOwn) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 5, "extra": "combined"})"), 0);
+    EXPECT_TRUE(std::filesystem::exists(
+        folder / "out/logs/combined/vantorbar 2015-03-09 11-20.log"));
+}
+
+TEST_F(SimulateCommandTest, AProgramThatStartsAgainWritesOnInItsLog) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 2592100, "preferences":
+        {"TimerFrequency": 0}, "events": [{"at": 10, "restart": 5}, {"at": 70, "restart": 1}]})"),
+              0);
+    EXPECT_EQ(textOf(folder / "out/logs/cpu/vantorbar 2015-03-09 11-20.log"),
+              "2015/03/09 11:20:10:000  Unloading...\n2015/03/09 11:21:10:000  Unloading...\n");
+    EXPECT_EQ(textOf(folder / "out/logs/cpu/vantorbar 2015-04-08 11-21.log"),
+              "2015/04/08 11:21:40:000  Unloading...\n");
+}
+
+TEST_F(SimulateCommandTest, AZoneThatThereIsNotIsAnError) {
+    EXPECT_EQ(simulateText(R"({"start": 1, "until": 2, "timezone": "Nowhere/Town"})"), 2);
+    EXPECT_THAT(errors.str(), HasSubstr("timezone: expected the name of a time zone"));
+    EXPECT_FALSE(std::filesystem::exists(folder / "out"));
+}
+
 }  // namespace
 }  // namespace vantor
