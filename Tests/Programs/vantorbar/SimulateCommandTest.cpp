@@ -251,14 +251,15 @@ TEST_F(SimulateCommandTest, ACombinedExtraHasALogOfItsOwn) {
         folder / "out/logs/combined/vantorbar 2015-03-09 11-20.log"));
 }
 
-TEST_F(SimulateCommandTest, AProgramThatStartsAgainWritesOnInItsLog) {
-    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 2592100, "preferences":
-        {"TimerFrequency": 0}, "events": [{"at": 10, "restart": 5}, {"at": 70, "restart": 1}]})"),
+TEST_F(SimulateCommandTest, AProgramThatStartsAgainWritesOnInItsLogForThirtyDays) {
+    ASSERT_EQ(simulateText(R"({"start": 1425900000, "until": 100, "events": [
+        {"at": 10, "restart": 2}, {"at": 20, "restart": 1}, {"at": 30, "clock": 2592000},
+        {"at": 70, "restart": 1}]})"),
               0);
     EXPECT_EQ(textOf(folder / "out/logs/cpu/vantorbar 2015-03-09 11-20.log"),
-              "2015/03/09 11:20:10:000  Unloading...\n2015/03/09 11:21:10:000  Unloading...\n");
+              "2015/03/09 11:20:10:000  Unloading...\n2015/03/09 11:20:20:000  Unloading...\n");
     EXPECT_EQ(textOf(folder / "out/logs/cpu/vantorbar 2015-04-08 11-21.log"),
-              "2015/04/08 11:21:40:000  Unloading...\n");
+              "2015/04/08 11:21:10:000  Unloading...\n2015/04/08 11:21:40:000  Unloading...\n");
 }
 
 TEST_F(SimulateCommandTest, AZoneThatThereIsNotIsAnError) {
