@@ -4,6 +4,10 @@
 
 #include "Platform/MenuExtraHost.h"
 
+namespace vantor::inline VANTOR_MODULE {
+class MenuExtra;
+}
+
 namespace vantor {
 
 /// A host whose bar has one place, as wide as its item likes, and no pointer.
@@ -20,6 +24,8 @@ public:
     void drawMenuBackground(Painting::Context&) override {}
     void willUnload() override { needsDisplay_ = false; }
 
+    /// Whose view is painted, where one is; null for nobody's. It outlives its time here.
+    virtual void setExtra(MenuExtra*) noexcept {}
     void displayIfNeeded();
     /// How many samples of the processors there were to show.
     std::size_t samplesShown() const noexcept { return samplesShown_; }

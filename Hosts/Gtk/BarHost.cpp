@@ -1,5 +1,7 @@
 #include "Hosts/Gtk/BarHost.h"
 
+#include <algorithm>
+#include <cmath>
 #include <stdexcept>
 #include <utility>
 
@@ -28,6 +30,15 @@ Colour highlight() noexcept {
     const VTRPreferences* const preferences = VTRPreferences::sharedPreferences();
     const bool light = preferences != nullptr && preferences->increaseContrast() && isDark();
     return light ? kLightHighlight : kHighlight;
+}
+
+/// Whole points around those pixels.
+Rect pointsOf(const PixelRect& pixels, double scale) noexcept {
+    if (pixels.isEmpty())
+        return {};
+    const double left = std::floor(pixels.x / scale), top = std::floor(pixels.y / scale);
+    return {left, top, std::ceil((pixels.x + pixels.width) / scale) - left,
+            std::ceil((pixels.y + pixels.height) / scale) - top};
 }
 
 }  // namespace
@@ -68,27 +79,103 @@ void BarHost::willUnload() {
 
 void BarHost::display(Sample) {
     needsDisplay_ = false;
+    const bool isNowDark = isDark();
+    const bool recoloured = std::exchange(shownDark_, isNowDark) != isNowDark;
+    listBars();
+    fitFaces();
+    paintFaces();
     if (std::exchange(shownLength_, length()) != length())
         toolkit_.setItemLength(length());
-    if (std::exchange(shownDark_, isDark()) != isDark())
+    showChanges();
+    if (recoloured)
         toolkit_.repaintBars();
-    else
-        toolkit_.repaintItem();
 }
 
-void BarHost::paint(_cairo* cairo, Size bar, double scale) noexcept {
-    Painting::Context context(cairo, bar, scale, Painting::Origin::lowerLeft);
-    context.fill(Rect{0, 0, bar.width, bar.height}, shownDark_ ? kDarkBar : kLightBar);
+void BarHost::listBars() {
+    toolkit_.listBars(places_);
+    bars_.clear();
+    for (const BarPlace& place : places_)
+        bars_.push_back({place, place.bar == menuBar_});
+}
+
+/// Those that there are bars for, and no others.
+void BarHost::fitFaces() {
+    std::erase_if(faces_, [this](const Face& face) {
+        return std::ranges::none_of(bars_, [&](const Bar& bar) { return shows(bar, face); });
+    });
+    for (const Bar& bar : bars_)
+        if (faceOf(bar) == nullptr)
+            faces_.push_back({bar.menuDown, ItemPicture(bar.place.scale), {}});
+    // So that the last paint is the one that knows of the menu.
+    std::ranges::partition(faces_, [](const Face& face) { return !face.menuDown; });
+}
+
+void BarHost::paintFaces() {
     VTRMenuExtraView* const view = extra_ != nullptr ? extra_->view() : nullptr;
-    if (view == nullptr)
-        return;
-    Painting::Context item(context, itemFrame(bar, options_.side, shownLength_),
-                           Painting::Origin::lowerLeft);
-    view->drawRect(item, {.isBitmap = false, .screens = toolkit_.bars()});
+    const Size size{std::ceil(length()), kBarHeight};
+    for (Face& face : faces_) {
+        menuDown_ = face.menuDown;
+        face.changed = face.picture.repaint(size, [&](Painting::Context& context) {
+            context.fill(Rect{0, 0, size.width, size.height}, shownDark_ ? kDarkBar : kLightBar);
+            if (view == nullptr)
+                return;
+            // One of them tells how wide the item is: rounding mustn't make it waver.
+            if (&face == &faces_.front())
+                view->drawRect(context, {.isBitmap = false, .screens = bars_.size()});
+            else
+                view->drawSnapshot(context);
+        });
+    }
+    menuDown_ = menuBar_ != BarID::none;
 }
 
-void BarHost::itemPressed() noexcept {
-    menuDown_ = !menuDown_;
+void BarHost::showChanges() {
+    for (const Bar& bar : bars_) {
+        const Face* const face = faceOf(bar);
+        const bool isSame = std::ranges::find(shownBars_, bar) != shownBars_.end();
+        const Size size = face->picture.shown().size();
+        const Rect part =
+            isSame ? pointsOf(face->changed, bar.place.scale) : Rect{0, 0, size.width, size.height};
+        if (part.width > 0)
+            toolkit_.repaintItem(bar.place.bar, part);
+    }
+    shownBars_ = bars_;
+}
+
+bool BarHost::shows(const Bar& bar, const Face& face) noexcept {
+    return face.menuDown == bar.menuDown && face.picture.scale() == bar.place.scale;
+}
+
+const BarHost::Face* BarHost::faceOf(const Bar& bar) const noexcept {
+    const auto found =
+        std::ranges::find_if(faces_, [&bar](const Face& face) { return shows(bar, face); });
+    return found == faces_.end() ? nullptr : &*found;
+}
+
+void BarHost::paint(_cairo* cairo, BarID bar, Size size) noexcept {
+    const auto shown = std::ranges::find(shownBars_, bar, [](const Bar& b) { return b.place.bar; });
+    const Face* const face = shown != shownBars_.end() ? faceOf(*shown) : nullptr;
+    Painting::Context context(cairo, size, face != nullptr ? face->picture.scale() : 1,
+                              Painting::Origin::lowerLeft);
+    context.fill(Rect{0, 0, size.width, size.height}, shownDark_ ? kDarkBar : kLightBar);
+    if (face == nullptr)
+        return;
+    const Rect frame = itemFrame(size, options_.side, shownLength_);
+    context.clip(frame);
+    context.drawImage(face->picture.shown(), Point{frame.x, 0});
+}
+
+void BarHost::itemPressed(BarID bar) noexcept {
+    menuBar_ = menuBar_ == bar ? BarID::none : bar;
+    menuDown_ = menuBar_ != BarID::none;
+    setNeedsDisplay();
+}
+
+void BarHost::barsChanged() noexcept {
+    toolkit_.listBars(places_);
+    if (std::ranges::find(places_, menuBar_, &BarPlace::bar) == places_.end())
+        menuBar_ = BarID::none;
+    menuDown_ = menuBar_ != BarID::none;
     setNeedsDisplay();
 }
 

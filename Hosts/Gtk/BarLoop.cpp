@@ -17,13 +17,21 @@ bool isSame(const pollfd& left, const pollfd& right) noexcept {
 
 void BarLoop::serve() {
     BarWait wait;
-    for (int paint = 0; paint < kMostPaintsAtOnce; ++paint) {
-        host_.displayIfNeeded();
+    for (int round = 0; round < kMostPaintsAtOnce; ++round) {
+        display();
         wait = toolkit_.serve();
         if (!host_.needsDisplay())
             break;
     }
     waitFor(wait);
+    if (toolkit_.isLost())
+        queue_.stop();
+}
+
+/// Until the item has the length that it paints: nobody sees it cut off.
+void BarLoop::display() {
+    for (int paint = 0; host_.needsDisplay() && paint < kMostPaintsAtOnce; ++paint)
+        host_.displayIfNeeded();
 }
 
 void BarLoop::waitFor(const BarWait& wait) {

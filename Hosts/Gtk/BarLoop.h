@@ -20,9 +20,12 @@ public:
 
     /// Displays the item and lets the toolkit do what it has to. Belongs after each batch of
     /// calls: what they changed in the toolkit is waited for only from then on.
+    /// Stops the queue where the display has ended.
     void serve();
+    bool isDisplayLost() const noexcept { return toolkit_.isLost(); }
 
 private:
+    void display();
     void waitFor(const BarWait& wait);
     void watch(std::span<const pollfd> descriptors);
     void cancelCall() noexcept;

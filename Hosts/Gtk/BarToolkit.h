@@ -1,9 +1,9 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 #include <poll.h>
 
@@ -24,14 +24,25 @@ struct BarOptions {
     std::string title;    // of the windows
 };
 
-/// Who fills the bars. Called inside `BarToolkit::serve`.
+/// A bar for as long as its monitor is there; a number is never used again.
+enum class BarID : std::uint32_t { none = 0 };
+
+struct BarPlace {
+    BarID bar = BarID::none;
+    double scale = 1;  // of the screen: pixels a point
+    bool operator==(const BarPlace&) const = default;
+};
+
+/// Who fills the bars. Called inside `BarToolkit::show` and `BarToolkit::serve`.
 class BarOwner {
 public:
-    /// `cairo` is at the upper left of a bar of that size, in points, and clipped to what changed;
-    /// `scale` is the screen's: pixels a point.
-    virtual void paint(_cairo* cairo, Size bar, double scale) noexcept = 0;
-    /// The item was pressed with the first button.
-    virtual void itemPressed() noexcept = 0;
+    /// `cairo` is at the upper left of a bar of that size, in points, and clipped to what is to be
+    /// painted.
+    virtual void paint(_cairo* cairo, BarID bar, Size size) noexcept = 0;
+    /// The item in that bar was pressed with the first button.
+    virtual void itemPressed(BarID bar) noexcept = 0;
+    /// Bars came, went, or have another scale.
+    virtual void barsChanged() noexcept = 0;
 
 protected:
     ~BarOwner() = default;
@@ -53,16 +64,19 @@ class BarToolkit {
 public:
     /// Whether there is such a display, which can carry bars. It stays open.
     [[nodiscard]] virtual bool open(DisplaySystem system) noexcept = 0;
+    /// Whether the display that was open has ended, and all bars with it. Nothing brings it back.
+    virtual bool isLost() const noexcept = 0;
     /// Bars on those monitors, also when they come and go. `owner` stays until `hide`.
     /// False where there is no such monitor now.
     [[nodiscard]] virtual bool show(const BarOptions& options, BarOwner& owner) = 0;
     virtual void hide() noexcept = 0;
-    virtual std::size_t bars() const noexcept = 0;
+    /// Those that there are now, in the order of their monitors.
+    virtual void listBars(std::vector<BarPlace>& into) const = 0;
 
     /// 0 takes the item out of the bars.
     virtual void setItemLength(double length) noexcept = 0;
-    // What is to be painted anew by the next `serve`.
-    virtual void repaintItem() noexcept = 0;
+    // What is to be painted anew by the next `serve`; `part` counts from the item's upper left.
+    virtual void repaintItem(BarID bar, const Rect& part) noexcept = 0;
     virtual void repaintBars() noexcept = 0;
 
     /// Does all that is ready, and answers what to wait for until the next time.
@@ -73,7 +87,7 @@ protected:
 };
 
 /// The entry point of the shared object. Its number goes up with each change of this file.
-inline constexpr const char* kBarToolkitEntry = "vantorBarToolkit1";
+inline constexpr const char* kBarToolkitEntry = "vantorBarToolkit2";
 using BarToolkitEntry = BarToolkit* (*)();
 
 }  // namespace vantor

@@ -40,6 +40,8 @@ const std::map<std::string, ItemSide> kSides{{"left", ItemSide::left}, {"right",
 RunFace textFaceFor(const RunArguments& arguments, const TerminalAbilities& abilities) {
     if (arguments.host == "none")
         return RunFace::none;
+    if (arguments.host == "offscreen")
+        return RunFace::memory;
     if (arguments.json || isatty(STDOUT_FILENO) != 1)
         return RunFace::jsonLines;
     return abilities.cursor == Cursor::placed ? RunFace::screen : RunFace::plainLines;
@@ -108,9 +110,9 @@ void addRunCommand(CLI::App& app, int& exitStatus) {
     const auto arguments = std::make_shared<RunArguments>();
     CLI::App* run = app.add_subcommand("run", "Measure and show, until q or Ctrl-C");
     run->add_option("--host", arguments->host,
-                    "What shows it: a bar on wayland, else on x11, else text; or none to only "
-                    "measure")
-        ->check(CLI::IsMember({"wayland", "x11", "text", "none"}))
+                    "What shows it: a bar on wayland, else on x11, else text; offscreen paints it "
+                    "for nobody, none only measures")
+        ->check(CLI::IsMember({"wayland", "x11", "text", "offscreen", "none"}))
         ->type_name("NAME");
     CLI::Option* json = run->add_flag("--json", arguments->json, "A line of JSON for each sample");
     run->add_option("--count", arguments->count, "End after that many samples")

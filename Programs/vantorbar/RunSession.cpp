@@ -2,6 +2,7 @@
 
 #include <array>
 #include <csignal>
+#include <stdexcept>
 #include <string_view>
 #include <system_error>
 #include <vector>
@@ -11,6 +12,7 @@
 
 #include "Hosts/Gtk/BarHost.h"
 #include "Hosts/None/NoHost.h"
+#include "Hosts/Offscreen/MemoryHost.h"
 #include "Hosts/Text/LineHost.h"
 #include "Hosts/Text/TextHost.h"
 #include "Programs/vantorbar/ProgramDirectories.h"
@@ -26,6 +28,10 @@ std::vector<int> signalsFor(RunFace face) {
     if (face == RunFace::screen)
         signals.insert(signals.end(), {SIGWINCH, SIGTSTP, SIGCONT});
     return signals;
+}
+
+bool writesOutput(RunFace face) noexcept {
+    return face == RunFace::jsonLines || face == RunFace::plainLines || face == RunFace::screen;
 }
 
 }  // namespace
@@ -46,6 +52,8 @@ std::unique_ptr<ItemHost> RunSession::makeHost(const RunOptions& options) {
     switch (options.face) {
     case RunFace::none:
         return std::make_unique<NoHost>();
+    case RunFace::memory:
+        return std::make_unique<MemoryHost>();
     case RunFace::jsonLines:
         return std::make_unique<LineHost>(output_, LineHost::Format::json);
     case RunFace::plainLines:
@@ -68,8 +76,7 @@ std::unique_ptr<ItemHost> RunSession::makeBars(const RunOptions& options) {
 
 void RunSession::watchOutput(RunFace face) {
     LinuxMainQueue& queue = platform_.mainQueue();
-    if (face != RunFace::none &&
-        face != RunFace::bars)  // asks for nothing but to be told when the reader goes
+    if (writesOutput(face))  // asks for nothing but to be told when the reader goes
         outputGone_ = queue.watch(STDOUT_FILENO, 0, [&queue](short) { queue.stop(); });
     if (face == RunFace::screen && isatty(STDIN_FILENO) == 1)
         keys_ = queue.watch(STDIN_FILENO, POLLIN, [this](short) { readKeys(); });
@@ -78,8 +85,7 @@ void RunSession::watchOutput(RunFace face) {
 int RunSession::run() {
     LinuxMainQueue& queue = platform_.mainQueue();
     VantorBarCPU extra(*host_);
-    if (bars_ != nullptr)
-        bars_->setExtra(&extra);
+    host_->setExtra(&extra);
     queue.setAfterCalls([&] {
         displayIfNeeded();
         const bool isDone = count_ > 0 && host_->samplesShown() >= count_;
@@ -89,10 +95,11 @@ int RunSession::run() {
     });
     queue.run();
     queue.setAfterCalls({});
-    if (bars_ != nullptr)
-        bars_->setExtra(nullptr);
+    host_->setExtra(nullptr);
     const bool failed = extra.state() == VTRMenuExtra::State::unloaded;  // the log says why
     extra.willUnload();
+    if (barLoop_ && barLoop_->isDisplayLost())
+        throw std::runtime_error("the display has ended");
     if (output_.state() == OutputStream::State::failed)
         throw std::system_error(output_.error(), std::generic_category(), "standard output");
     return failed ? 1 : 0;

@@ -16,7 +16,7 @@ namespace vantor {
 
 class TextHost;
 
-enum class RunFace : std::uint8_t { none, jsonLines, plainLines, screen, bars };
+enum class RunFace : std::uint8_t { none, memory, jsonLines, plainLines, screen, bars };
 
 struct RunOptions {
     RunFace face = RunFace::none;
@@ -34,7 +34,7 @@ public:
     explicit RunSession(const RunOptions& options);
 
     /// Returns the program's status: 0, or 1 where the item couldn't start. Throws where the
-    /// lines can't be written.
+    /// lines can't be written, and where the display of the bars has ended.
     int run();
 
 private:

@@ -1,5 +1,6 @@
 #include "Hosts/Gtk/Toolkit/GtkBar.h"
 
+#include <algorithm>
 #include <vector>
 
 #include <gdk/gdkx.h>
@@ -26,9 +27,9 @@ int whole(double points) noexcept { return static_cast<int>(points); }
 
 }  // namespace
 
-GtkBar::GtkBar(GdkMonitor* monitor, const BarOptions& options, BarOwner& owner)
-    : options_(options), owner_(owner), window_(gtk_window_new(GTK_WINDOW_TOPLEVEL)),
-      monitor_(rectOf(monitor)) {
+GtkBar::GtkBar(BarID id, GdkMonitor* monitor, const BarOptions& options, BarOwner& owner)
+    : id_(id), options_(options), owner_(owner), monitor_(GDK_MONITOR(g_object_ref(monitor))),
+      window_(gtk_window_new(GTK_WINDOW_TOPLEVEL)) {
     GtkWidget* const widget = window_.get();
     GtkWindow* const window = GTK_WINDOW(widget);
     gtk_window_set_title(window, options_.title.c_str());
@@ -38,18 +39,28 @@ GtkBar::GtkBar(GdkMonitor* monitor, const BarOptions& options, BarOwner& owner)
     gtk_widget_add_events(widget, GDK_BUTTON_PRESS_MASK);
     g_signal_connect(widget, "draw", G_CALLBACK(drawn), this);
     g_signal_connect(widget, "button-press-event", G_CALLBACK(pressed), this);
-    if (GDK_IS_X11_DISPLAY(gtk_widget_get_display(widget)))
-        placeAsDock();
+    g_signal_connect(widget, "delete-event", G_CALLBACK(askedToClose), this);
+    if (isDock())
+        makeDock();
     else
-        placeOnLayer(monitor);
+        placeOnLayer();
     gtk_widget_show(widget);
+    g_signal_connect(widget, "notify::scale-factor", G_CALLBACK(scaleChanged), this);
 }
 
-void GtkBar::placeOnLayer(GdkMonitor* monitor) noexcept {
+bool GtkBar::isDock() const noexcept {
+    return GDK_IS_X11_DISPLAY(gtk_widget_get_display(window_.get()));
+}
+
+BarPlace GtkBar::place() const noexcept {
+    return {id_, static_cast<double>(gtk_widget_get_scale_factor(window_.get()))};
+}
+
+void GtkBar::placeOnLayer() noexcept {
     GtkWindow* const window = GTK_WINDOW(window_.get());
     gtk_layer_init_for_window(window);
     gtk_layer_set_namespace(window, "vantorbar");
-    gtk_layer_set_monitor(window, monitor);
+    gtk_layer_set_monitor(window, monitor());
     gtk_layer_set_layer(window, GTK_LAYER_SHELL_LAYER_TOP);
     const auto edge =
         options_.edge == BarEdge::top ? GTK_LAYER_SHELL_EDGE_TOP : GTK_LAYER_SHELL_EDGE_BOTTOM;
@@ -59,26 +70,31 @@ void GtkBar::placeOnLayer(GdkMonitor* monitor) noexcept {
     gtk_layer_set_exclusive_zone(window, whole(kBarHeight));
 }
 
-void GtkBar::placeAsDock() noexcept {
+void GtkBar::makeDock() noexcept {
     GtkWindow* const window = GTK_WINDOW(window_.get());
-    const Rect bar = barFrame(monitor_, options_.edge);
     gtk_window_set_type_hint(window, GDK_WINDOW_TYPE_HINT_DOCK);
     // Not on a layer: there it is the compositor that stretches the window from edge to edge.
     gtk_window_set_resizable(window, FALSE);
     gtk_window_stick(window);
-    gtk_widget_set_size_request(window_.get(), whole(bar.width), whole(bar.height));
-    // Without a place of its own, window managers put a dock in the middle.
-    gtk_window_move(window, whole(bar.x), whole(bar.y));
     gtk_widget_realize(window_.get());
-    reserveSpace();
-    g_signal_connect(window_.get(), "notify::scale-factor", G_CALLBACK(scaleChanged), this);
+    // One picture a second needs no pace; keeping it costs two messages a picture, or a question
+    // where nobody composites.
+    gdk_x11_window_set_frame_sync_enabled(gtk_widget_get_window(window_.get()), FALSE);
+    placeDock();
 }
 
-void GtkBar::reserveSpace() noexcept {
+void GtkBar::placeDock() noexcept {
+    const Rect monitor = rectOf(monitor_.get()), bar = barFrame(monitor, options_.edge);
+    gtk_widget_set_size_request(window_.get(), whole(bar.width), whole(bar.height));
+    // Without a place of its own, window managers put a dock in the middle.
+    gtk_window_move(GTK_WINDOW(window_.get()), whole(bar.x), whole(bar.y));
+    reserveSpace(monitor);
+}
+
+void GtkBar::reserveSpace(const Rect& monitor) noexcept {
     GtkWidget* const widget = window_.get();
     const std::vector<Rect> monitors = monitorsOf(gtk_widget_get_display(widget));
-    const BarStrut strut =
-        strutFor(monitor_, monitors, options_.edge, gtk_widget_get_scale_factor(widget));
+    const BarStrut strut = strutFor(monitor, monitors, options_.edge, place().scale);
     const auto set = [&](const char* property, std::size_t numbers) {
         // Numbers of 32 bits are handed over as longs.
         gdk_property_change(gtk_widget_get_window(widget), gdk_atom_intern_static_string(property),
@@ -90,14 +106,25 @@ void GtkBar::reserveSpace() noexcept {
     set("_NET_WM_STRUT_PARTIAL", strut.size());
 }
 
-void GtkBar::setItemLength(double length) noexcept {
-    repaintItem();  // what it leaves
-    length_ = length;
-    repaintItem();
+void GtkBar::followMonitors() noexcept {
+    if (isDock())
+        placeDock();
 }
 
-void GtkBar::repaintItem() noexcept {
+void GtkBar::setItemLength(double length) noexcept {
+    repaintFrame(item());  // what it leaves
+    length_ = length;
+    repaintFrame(item());
+}
+
+void GtkBar::repaintItem(const Rect& part) noexcept {
     const Rect frame = item();
+    const double left = std::min(part.x, frame.width);
+    repaintFrame(
+        {frame.x + left, frame.y + part.y, std::min(part.width, frame.width - left), part.height});
+}
+
+void GtkBar::repaintFrame(const Rect& frame) noexcept {
     if (frame.width > 0)
         gtk_widget_queue_draw_area(window_.get(), whole(frame.x), whole(frame.y),
                                    whole(frame.width), whole(frame.height));
@@ -110,9 +137,9 @@ Size GtkBar::size() const noexcept {
             static_cast<double>(gtk_widget_get_allocated_height(window_.get()))};
 }
 
-gboolean GtkBar::drawn(GtkWidget* widget, cairo_t* cairo, gpointer self) noexcept {
+gboolean GtkBar::drawn(GtkWidget*, cairo_t* cairo, gpointer self) noexcept {
     const auto* const bar = static_cast<GtkBar*>(self);
-    bar->owner_.paint(cairo, bar->size(), gtk_widget_get_scale_factor(widget));
+    bar->owner_.paint(cairo, bar->id_, bar->size());
     return TRUE;
 }
 
@@ -122,12 +149,17 @@ gboolean GtkBar::pressed(GtkWidget*, GdkEventButton* event, gpointer self) noexc
     // A double click is told as two presses, and then once more as what it is.
     if (event->type == GDK_BUTTON_PRESS && event->button == GDK_BUTTON_PRIMARY &&
         event->x >= frame.x && event->x < frame.x + frame.width)
-        bar->owner_.itemPressed();
+        bar->owner_.itemPressed(bar->id_);
     return TRUE;
 }
 
+/// A compositor does that when the monitor goes. The window is ours to end, then.
+gboolean GtkBar::askedToClose(GtkWidget*, GdkEvent*, gpointer) noexcept { return TRUE; }
+
 void GtkBar::scaleChanged(GtkWidget*, GParamSpec*, gpointer self) noexcept {
-    static_cast<GtkBar*>(self)->reserveSpace();
+    auto* const bar = static_cast<GtkBar*>(self);
+    bar->followMonitors();
+    bar->owner_.barsChanged();
 }
 
 }  // namespace vantor

@@ -11,34 +11,49 @@ namespace vantor {
 /// One bar on one monitor: a window at its edge, with the room that it needs kept free.
 class GtkBar {
 public:
-    /// All outlive the bar, the monitor as far as it is used: while this is made.
-    GtkBar(GdkMonitor* monitor, const BarOptions& options, BarOwner& owner);
+    /// `options` and `owner` outlive the bar.
+    GtkBar(BarID id, GdkMonitor* monitor, const BarOptions& options, BarOwner& owner);
     GtkBar(const GtkBar&) = delete;
     GtkBar& operator=(const GtkBar&) = delete;
 
+    GdkMonitor* monitor() const noexcept { return monitor_.get(); }
+    BarPlace place() const noexcept;
+    /// After any monitor has come, gone or changed.
+    void followMonitors() noexcept;
+
     void setItemLength(double length) noexcept;
-    void repaintItem() noexcept;
+    void repaintItem(const Rect& part) noexcept;
     void repaint() noexcept;
+    /// Leaves the window to a display that is there no more, and can't be asked to end it.
+    void abandon() noexcept { static_cast<void>(window_.release()); }
 
 private:
     struct Destroy {
         void operator()(GtkWidget* widget) const noexcept { gtk_widget_destroy(widget); }
     };
+    struct Unreference {
+        void operator()(GdkMonitor* monitor) const noexcept { g_object_unref(monitor); }
+    };
 
     static gboolean drawn(GtkWidget*, cairo_t* cairo, gpointer self) noexcept;
     static gboolean pressed(GtkWidget*, GdkEventButton* event, gpointer self) noexcept;
+    static gboolean askedToClose(GtkWidget*, GdkEvent*, gpointer) noexcept;
     static void scaleChanged(GtkWidget*, GParamSpec*, gpointer self) noexcept;
 
-    void placeOnLayer(GdkMonitor* monitor) noexcept;
-    void placeAsDock() noexcept;
-    void reserveSpace() noexcept;
+    void placeOnLayer() noexcept;
+    void makeDock() noexcept;
+    void placeDock() noexcept;
+    void repaintFrame(const Rect& frame) noexcept;
+    void reserveSpace(const Rect& monitor) noexcept;
+    bool isDock() const noexcept;
     Size size() const noexcept;
     Rect item() const noexcept { return itemFrame(size(), options_.side, length_); }
 
+    const BarID id_;
     const BarOptions& options_;
     BarOwner& owner_;
-    const std::unique_ptr<GtkWidget, Destroy> window_;
-    Rect monitor_;
+    const std::unique_ptr<GdkMonitor, Unreference> monitor_;
+    std::unique_ptr<GtkWidget, Destroy> window_;
     double length_ = 0;
 };
 

@@ -4,8 +4,13 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include <X11/Xlib.h>
+#include <gdk/gdkwayland.h>
+#include <gdk/gdkx.h>
 #include <gtk-layer-shell/gtk-layer-shell.h>
+#include <poll.h>
 
 namespace vantor {
 namespace {
@@ -52,12 +57,35 @@ bool GtkToolkit::open(DisplaySystem system) noexcept {
     if (display_ == nullptr)
         return false;
     gdk_display_manager_set_default_display(gdk_display_manager_get(), display_);
-    if (system == DisplaySystem::x11 || gtk_layer_is_supported())
+    if (system == DisplaySystem::x11 || gtk_layer_is_supported()) {
+        watchConnection();
         return true;
+    }
     gdk_display_close(display_);
     display_ = nullptr;
     return false;
 }
+
+/// GDK would end the process there and then when the display ends.
+void GtkToolkit::watchConnection() noexcept {
+    if (!GDK_IS_X11_DISPLAY(display_)) {
+        connection_ = wl_display_get_fd(gdk_wayland_display_get_wl_display(display_));
+        return;
+    }
+    Display* const display = gdk_x11_display_get_xdisplay(display_);
+    connection_ = ConnectionNumber(display);
+    XSetIOErrorHandler([](Display*) { return 0; });
+    // Where this one returns, so does the call that failed, and all others on this display fail.
+    XSetIOErrorExitHandler(
+        display, [](Display*, void* self) { static_cast<GtkToolkit*>(self)->lose(); }, this);
+}
+
+bool GtkToolkit::hasHungUp() const noexcept {
+    pollfd polled{.fd = connection_, .events = 0, .revents = 0};
+    return poll(&polled, 1, 0) == 1;
+}
+
+void GtkToolkit::lose() noexcept { isLost_ = true; }
 
 bool GtkToolkit::show(const BarOptions& options, BarOwner& owner) {
     options_ = options;
@@ -70,9 +98,19 @@ bool GtkToolkit::show(const BarOptions& options, BarOwner& owner) {
 
 void GtkToolkit::hide() noexcept {
     g_signal_handlers_disconnect_by_data(screenOf(display_), this);
-    bars_.clear();
     owner_ = nullptr;
-    gdk_display_flush(display_);
+    if (isLost_ || hasHungUp())
+        for (const auto& bar : bars_)
+            bar->abandon();
+    bars_.clear();
+    if (!isLost_)
+        gdk_display_flush(display_);
+}
+
+void GtkToolkit::listBars(std::vector<BarPlace>& into) const {
+    into.clear();
+    for (const auto& bar : bars_)
+        into.push_back(bar->place());
 }
 
 void GtkToolkit::setItemLength(double length) noexcept {
@@ -81,9 +119,10 @@ void GtkToolkit::setItemLength(double length) noexcept {
         bar->setItemLength(length);
 }
 
-void GtkToolkit::repaintItem() noexcept {
+void GtkToolkit::repaintItem(BarID wanted, const Rect& part) noexcept {
     for (const auto& bar : bars_)
-        bar->repaintItem();
+        if (bar->place().bar == wanted)
+            bar->repaintItem(part);
 }
 
 void GtkToolkit::repaintBars() noexcept {
@@ -93,8 +132,18 @@ void GtkToolkit::repaintBars() noexcept {
 
 BarWait GtkToolkit::serve() {
     GMainContext* const context = g_main_context_default();
-    for (int pass = 0; pass < kPassesAtOnce && g_main_context_iteration(context, FALSE); ++pass) {
+    for (int pass = 0; pass < kPassesAtOnce && !isLost_; ++pass) {
+        // A compositor that has gone is seen here first: GDK would end the process.
+        if (hasHungUp())
+            lose();
+        else if (g_main_context_iteration(context, FALSE) == FALSE)
+            break;
     }
+    return isLost_ ? BarWait{} : nextWait();
+}
+
+BarWait GtkToolkit::nextWait() {
+    GMainContext* const context = g_main_context_default();
     gint priority = 0, timeout = -1;
     g_main_context_prepare(context, &priority);
     const auto query = [&] {
@@ -114,15 +163,33 @@ void GtkToolkit::monitorsChanged(GdkScreen*, gpointer self) noexcept {
     static_cast<GtkToolkit*>(self)->makeBars();
 }
 
+/// A monitor that was there before keeps its bar.
 void GtkToolkit::makeBars() {
-    bars_.clear();
+    Bars before = std::exchange(bars_, {});
+    Bars bars;
     for (int index = 0; index < gdk_display_get_n_monitors(display_); ++index) {
         GdkMonitor* const monitor = gdk_display_get_monitor(display_, index);
         if (!isWanted(monitor, index))
             continue;
-        bars_.push_back(std::make_unique<GtkBar>(monitor, options_, *owner_));
-        bars_.back()->setItemLength(length_);
+        std::unique_ptr<GtkBar> bar = takeBarOf(monitor, before);
+        if (bar == nullptr) {
+            bar = std::make_unique<GtkBar>(BarID{++barsMade_}, monitor, options_, *owner_);
+            bar->setItemLength(length_);
+        }
+        bars.push_back(std::move(bar));
     }
+    before.clear();
+    bars_ = std::move(bars);
+    for (const auto& bar : bars_)
+        bar->followMonitors();
+    owner_->barsChanged();
+}
+
+std::unique_ptr<GtkBar> GtkToolkit::takeBarOf(GdkMonitor* monitor, Bars& bars) noexcept {
+    for (auto& bar : bars)
+        if (bar != nullptr && bar->monitor() == monitor)
+            return std::move(bar);
+    return nullptr;
 }
 
 bool GtkToolkit::isWanted(GdkMonitor* monitor, int index) const {
@@ -133,10 +200,10 @@ bool GtkToolkit::isWanted(GdkMonitor* monitor, int index) const {
 
 }  // namespace vantor
 
-extern "C" __attribute__((visibility("default"))) vantor::BarToolkit* vantorBarToolkit1();
+extern "C" __attribute__((visibility("default"))) vantor::BarToolkit* vantorBarToolkit2();
 
 /// Never ended: GTK holds it to the end of the process.
-vantor::BarToolkit* vantorBarToolkit1() {
+vantor::BarToolkit* vantorBarToolkit2() {
     static auto* const toolkit = new vantor::GtkToolkit;
     return toolkit;
 }

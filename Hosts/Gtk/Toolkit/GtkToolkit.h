@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -19,21 +20,32 @@ public:
     bool open(DisplaySystem system) noexcept override;
     bool show(const BarOptions& options, BarOwner& owner) override;
     void hide() noexcept override;
-    std::size_t bars() const noexcept override { return bars_.size(); }
+    bool isLost() const noexcept override { return isLost_; }
+    void listBars(std::vector<BarPlace>& into) const override;
     void setItemLength(double length) noexcept override;
-    void repaintItem() noexcept override;
+    void repaintItem(BarID bar, const Rect& part) noexcept override;
     void repaintBars() noexcept override;
     BarWait serve() override;
 
 private:
+    using Bars = std::vector<std::unique_ptr<GtkBar>>;
+
     static void monitorsChanged(GdkScreen*, gpointer self) noexcept;
+    void watchConnection() noexcept;
+    bool hasHungUp() const noexcept;
+    void lose() noexcept;
     void makeBars();
+    static std::unique_ptr<GtkBar> takeBarOf(GdkMonitor* monitor, Bars& bars) noexcept;
     bool isWanted(GdkMonitor* monitor, int index) const;
+    BarWait nextWait();
 
     GdkDisplay* display_ = nullptr;
+    int connection_ = -1;  // to the display
+    bool isLost_ = false;
     BarOptions options_;
     BarOwner* owner_ = nullptr;
-    std::vector<std::unique_ptr<GtkBar>> bars_;
+    Bars bars_;
+    std::uint32_t barsMade_ = 0;
     double length_ = 0;
     std::vector<GPollFD> polled_;
     std::vector<pollfd> descriptors_;
