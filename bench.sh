@@ -1,19 +1,27 @@
 #!/usr/bin/env bash
-# Usage: ./bench.sh [--seconds N]      (how long the whole program is measured; without it: 60)
-# Builds the release, runs the micro-benchmarks, then measures what a run of the program costs.
+# Usage: ./bench.sh [--seconds N] [--peers [--table FILE]]
+# Builds the release, runs the micro-benchmarks, then measures what a run of the program costs,
+# for N seconds or for 60. With --peers it measures instead what our bar costs beside bars that
+# others made, which it installs, each for as long; the table goes to FILE, too.
 set -euo pipefail
-cd "$(dirname "$(readlink -f "$0")")"
-
-seconds=60
-if [ $# -eq 2 ] && [ "$1" = --seconds ] && [[ $2 =~ ^[1-9][0-9]*$ ]]; then
-    seconds=$2
-elif [ $# -gt 0 ]; then
-    echo "Usage: ./bench.sh [--seconds N]" >&2
+usage="Usage: ./bench.sh [--seconds N] [--peers [--table FILE]]"
+seconds=60 peers=no table=
+while [ $# -gt 0 ]; do
+    case "$1" in
+        --seconds) [[ ${2:-} =~ ^[1-9][0-9]*$ ]] && seconds=$2 && shift 2 && continue ;;
+        --peers) peers=yes && shift && continue ;;
+        --table) [ -n "${2:-}" ] && table=$(readlink -f "$2") && shift 2 && continue ;;
+    esac
+    echo "$usage" >&2
     exit 2
-fi
+done
+cd "$(dirname "$(readlink -f "$0")")"
 
 ./build.sh release
 bin=build/release/bin
+if [ "$peers" = yes ]; then
+    exec Benchmarks/Peers/compare.sh "$seconds" "$bin" ${table:+"$table"}
+fi
 "$bin/vantor_benchmarks"
 echo
 echo "The whole program over $seconds seconds, at a sample a second"

@@ -1,6 +1,7 @@
 #include "Tests/Support/BusPeer.h"
 
 #include <stdexcept>
+#include <utility>
 
 #include <poll.h>
 
@@ -36,6 +37,17 @@ BusPeer::BusPeer(LinuxMainQueue& queue, const std::string& address, const std::s
         while (sd_bus_process(bus, nullptr) > 0) {
         }
     });
+}
+
+void BusPeer::setListener(const std::string& interface,
+                          std::function<void(sd_bus_message*)> listener) {
+    listener_ = std::move(listener);
+    const auto heard = [](sd_bus_message* signal, void* peer, sd_bus_error*) {
+        static_cast<BusPeer*>(peer)->listener_(signal);
+        return 0;
+    };
+    const std::string match = "type='signal',interface='" + interface + "'";
+    check(sd_bus_add_match(get(), nullptr, match.c_str(), heard, this));
 }
 
 bool settle(LinuxMainQueue& queue, BusConnection& connection) {

@@ -23,6 +23,8 @@ public:
     sd_bus* get() const noexcept { return bus_.get(); }
     /// Answers every method call that comes; the result is what sd_bus_reply_... gave.
     void setAnswer(std::function<int(sd_bus_message* call)> answer) { answer_ = std::move(answer); }
+    /// Hears every signal of that interface which is sent to everybody.
+    void setListener(const std::string& interface, std::function<void(sd_bus_message*)> listener);
     /// Sends to everybody or, with a `destination`, to that one alone.
     template <class... Arguments>
     void emitSignal(const BusAddressee& from, const char* types, Arguments... arguments) {
@@ -55,6 +57,7 @@ private:
 
     std::unique_ptr<sd_bus, Close> bus_;
     std::function<int(sd_bus_message* call)> answer_;
+    std::function<void(sd_bus_message* signal)> listener_;
     LinuxMainQueue::Watch watch_;
 };
 

@@ -1,151 +1,41 @@
 // Runs the real program on an X server of the test's own, whose screen is a file.
 
-#include <array>
-#include <cerrno>
 #include <csignal>
 #include <cstdint>
-#include <cstring>
 #include <fstream>
 #include <functional>
 #include <iterator>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include <fcntl.h>
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <systemd/sd-bus.h>
-#include <unistd.h>
 
 #include "Platform/Linux/LinuxMainQueue.h"
 #include "Tests/Support/BusPeer.h"
+#include "Tests/Support/Child.h"
 #include "Tests/Support/PrivateBus.h"
 #include "Tests/Support/QueueWorld.h"
 #include "Tests/Support/TemporaryFolder.h"
+#include "Tests/Support/XScreen.h"
 
 namespace vantor {
 namespace {
 
 using test::BusPeer;
+using test::Child;
 using test::PrivateBus;
 using test::TemporaryFolder;
+using test::Words;
+using test::XScreen;
 using testing::HasSubstr;
 using testing::Not;
 
 constexpr int kWidth = 400, kHeight = 120;
 constexpr std::uint32_t kNothing = 0x000000, kLightBar = 0xEEEEEE, kDarkBar = 0x232326;
 constexpr std::uint32_t kHighlight = 0x2E73EB;
-
-using Words = std::vector<std::string>;
-
-std::vector<char*> pointers(Words& words) {
-    std::vector<char*> all;
-    for (std::string& word : words)
-        all.push_back(word.data());
-    all.push_back(nullptr);
-    return all;
-}
-
-/// A process with a pipe at its standard output.
-class Child {
-public:
-    Child(Words words, Words environment) {
-        std::array<int, 2> ends{};
-        if (pipe2(ends.data(), O_CLOEXEC) != 0)
-            return;
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-        if (posix_spawnp(&id_, words.front().c_str(), &actions, nullptr, pointers(words).data(),
-                         pointers(environment).data()) != 0)
-            id_ = -1;
-        posix_spawn_file_actions_destroy(&actions);
-        close(ends[1]);
-        output_ = ends[0];
-    }
-    ~Child() {
-        if (isRunning()) {
-            kill(id_, SIGKILL);
-            status();
-        }
-        close(output_);
-    }
-    Child(const Child&) = delete;
-    Child& operator=(const Child&) = delete;
-
-    bool isRunning() const { return id_ > 0; }
-    pid_t id() const { return id_; }
-    std::string line() {
-        std::string text;
-        for (char byte = 0; read(output_, &byte, 1) == 1 && byte != '\n';)
-            text += byte;
-        return text;
-    }
-    std::string rest() {
-        std::string text;
-        for (char byte = 0; read(output_, &byte, 1) == 1;)
-            text += byte;
-        return text;
-    }
-    /// Waits for the end; -1 where a signal ended it.
-    int status() {
-        int status = 0;
-        while (waitpid(id_, &status, 0) < 0 && errno == EINTR) {
-        }
-        id_ = -1;
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
-private:
-    pid_t id_ = -1;
-    int output_ = -1;
-};
-
-/// An X server with one screen, in a file in the format of window dumps.
-class Screen {
-public:
-    Screen()
-        : server_({"Xvfb", "-displayfd", "1", "-screen", "0",
-                   fmt::format("{}x{}x24", kWidth, kHeight), "-fbdir", folder_.path().string(),
-                   "-nolisten", "tcp", "-noreset"},
-                  {"PATH=/usr/bin:/bin"}),
-          display_(server_.isRunning() ? ":" + server_.line() : "") {}
-
-    bool isThere() const { return display_.size() > 1; }
-    bool isInstalled() const { return server_.isRunning(); }
-    const std::string& display() const { return display_; }
-
-    /// Rows of red, green and blue from the top.
-    std::vector<std::uint32_t> pixels() const {
-        std::ifstream file(folder_ / "Xvfb_screen0", std::ios::binary);
-        const std::string bytes(std::istreambuf_iterator<char>(file), {});
-        const auto bigEndian = [&](std::size_t place) {
-            std::uint32_t number = 0;
-            for (std::size_t byte = 4 * place; byte < 4 * place + 4; ++byte)
-                number = number << 8 | static_cast<unsigned char>(bytes.at(byte));
-            return number;
-        };
-        constexpr std::size_t kHeaderSize = 0, kColours = 19, kColourSize = 12;
-        std::vector<std::uint32_t> pixels(std::size_t{kWidth} * kHeight);
-        const std::size_t begin = bigEndian(kHeaderSize) + bigEndian(kColours) * kColourSize;
-        if (begin + pixels.size() * 4 > bytes.size())
-            return {};
-        std::memcpy(pixels.data(), bytes.data() + begin, pixels.size() * 4);
-        for (std::uint32_t& pixel : pixels)
-            pixel &= 0xFFFFFF;
-        return pixels;
-    }
-
-private:
-    TemporaryFolder folder_;
-    Child server_;
-    std::string display_;
-};
 
 class GtkBarTest : public testing::Test {
 protected:
@@ -165,6 +55,11 @@ protected:
         Words words{VANTOR_PROGRAM, "run"};
         words.insert(words.end(), options.begin(), options.end());
         return words;
+    }
+    /// Has the server's one monitor cover the left or the right half of its screen.
+    /// The server tells nobody of that: it's for those who come later.
+    void moveMonitor(int left) const {
+        ask({"xrandr", "--setmonitor", "half", fmt::format("200/50x120/30+{}+0", left), "screen"});
     }
     std::string ask(const Words& words) const { return Child(words, environment()).rest(); }
     std::string property(const std::string& name) const {
@@ -197,7 +92,7 @@ protected:
     }
 
     TemporaryFolder home;
-    Screen screen;
+    XScreen screen{kWidth, kHeight};
     LinuxMainQueue queue;
     std::vector<std::uint32_t> pixels;
 };
@@ -301,6 +196,78 @@ TEST_F(GtkBarTest, TheBarFollowsTheDesktopsAppearance) {
                        .member = "SettingChanged"},
                       "ssv", "org.freedesktop.appearance", "color-scheme", "u", 2u);
     EXPECT_TRUE(itemComesAtTheRight(kLightBar));
+}
+
+TEST_F(GtkBarTest, ABarIsAsWideAsItsMonitor) {
+    moveMonitor(200);
+    const Child bar(program(), environment());
+    ASSERT_TRUE(comes([&] { return pixel(210, 10) == kLightBar && hasInk(360, 400); }));
+    EXPECT_EQ(pixel(100, 10), kNothing);
+    EXPECT_THAT(property("_NET_WM_STRUT_PARTIAL"),
+                HasSubstr("= 0, 0, 22, 0, 0, 0, 0, 0, 200, 399, 0, 0"));
+}
+
+TEST_F(GtkBarTest, OneMonitorCanBeChosenByItsName) {
+    Child wrong(program({"--monitor", "another"}), environment());
+    EXPECT_EQ(wrong.status(), 1);
+    const Child bar(program({"--monitor", "screen"}), environment());
+    EXPECT_TRUE(itemComesAtTheRight());
+}
+
+TEST_F(GtkBarTest, AtTheBottomLeftOfAMonitorToo) {
+    moveMonitor(200);
+    const Child bar(program({"--monitor", "screen", "--bottom", "--align", "left"}), environment());
+    ASSERT_TRUE(comes([&] {
+        return pixel(300, kHeight - 1) == kLightBar && hasInk(200, 240, kLightBar, kHeight - 22);
+    }));
+    EXPECT_FALSE(hasInk(300, 400, kLightBar, kHeight - 22));
+    EXPECT_EQ(pixel(100, kHeight - 1), kNothing);
+    EXPECT_THAT(property("_NET_WM_STRUT_PARTIAL"),
+                HasSubstr("= 0, 0, 0, 22, 0, 0, 0, 0, 0, 0, 200, 399"));
+}
+
+TEST_F(GtkBarTest, ABarFollowsTheSizeOfItsMonitor) {
+    const Child bar(program(), environment());
+    ASSERT_TRUE(itemComesAtTheRight());
+    ask({"xrandr", "--newmode", "small", "1", "300", "300", "300", "300", "120", "120", "120",
+         "120"});
+    ask({"xrandr", "--addmode", "screen", "small"});
+    ask({"xrandr", "--output", "screen", "--mode", "small"});
+    EXPECT_TRUE(comes([&] { return hasInk(260, 300); }));
+    EXPECT_THAT(property("_NET_WM_STRUT_PARTIAL"),
+                HasSubstr("= 0, 0, 22, 0, 0, 0, 0, 0, 0, 299, 0, 0"));
+}
+
+TEST_F(GtkBarTest, ABarFollowsTheScaleOfItsScreen) {
+    const auto setScale = [&](int scale) {
+        std::ofstream(home / "settings") << "Gdk/WindowScalingFactor " << scale << '\n';
+    };
+    setScale(1);
+    const Child settings({"xsettingsd", "-c", (home / "settings").string()}, environment());
+    if (!settings.isRunning())
+        GTEST_SKIP() << "there is no xsettingsd";
+    const Child bar(program(), environment());
+    ASSERT_TRUE(itemComesAtTheRight());
+    setScale(2);
+    kill(settings.id(), SIGHUP);
+    EXPECT_TRUE(comes([&] { return pixel(200, 43) == kLightBar && hasInk(320, 400); }));
+    EXPECT_EQ(pixel(200, 44), kNothing);
+    EXPECT_TRUE(comes([&] {
+        return property("_NET_WM_STRUT_PARTIAL").find("0, 0, 44, 0") != std::string::npos;
+    }));
+}
+
+TEST_F(GtkBarTest, AnXServerThatDiesEndsItInGoodOrder) {
+    const PrivateBus bus;
+    bool isUnloaded = false;
+    BusPeer listener(queue, bus.address());
+    listener.setListener("com.kolbrin.vantorbar.Notifications",
+                         [&](sd_bus_message*) { isUnloaded = true; });
+    Child bar(program(), environment({"DBUS_SESSION_BUS_ADDRESS=" + bus.address()}));
+    ASSERT_TRUE(itemComesAtTheRight());
+    screen.crash();
+    EXPECT_EQ(bar.status(), 1);
+    EXPECT_TRUE(test::runUntil(queue, [&] { return isUnloaded; }));
 }
 
 }  // namespace
