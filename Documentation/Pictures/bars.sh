@@ -30,9 +30,9 @@ export HOME=$home XDG_CONFIG_HOME=$home/.config XDG_RUNTIME_DIR=$home NO_AT_BRID
 "$program" prefs set CPU_MenubarGraphBreakdowns 1
 
 # A bus on which the desktop says that it is dark.
-dark_bus=unix:path=$home/bus
+dark_bus=unix:path=$home/dark-bus  # not where everybody looks for one
 start dbus-daemon --session --nofork --address="$dark_bus"
-until_there "$home/bus"
+until_there "$home/dark-bus"
 cat >"$home/portal.py" <<'PORTAL'
 import dbus, dbus.mainloop.glib, dbus.service
 from gi.repository import GLib
