@@ -64,12 +64,20 @@ struct BusConnection::Slot::Hook {
             static_cast<Hook*>(hook)->handler(*message);
         return 0;
     }
+    static int gotCall(sd_bus_message* message, void* hook, sd_bus_error*) noexcept {
+        auto& self = *static_cast<Hook*>(hook);
+        if (sd_bus_message_is_method_call(message, self.interface.c_str(), nullptr) <= 0)
+            return 0;
+        self.handler(*message);
+        return 1;
+    }
     static int gotReply(sd_bus_message* message, void* hook, sd_bus_error*) noexcept {
         static_cast<Hook*>(hook)->handler(*message);
         return 0;
     }
 
     Handler handler;
+    std::string interface;  // whose calls it hears
     sd_bus_slot* slot = nullptr;
 };
 
@@ -120,6 +128,17 @@ BusConnection::Slot BusConnection::onSignal(const BusAddressee& from, Handler ha
     const int result = sd_bus_add_match_async(bus_.get(), &hook->slot, rule.c_str(),
                                               Slot::Hook::heardSignal, ignoreAnswer, hook.get());
     waitForMore();
+    return result < 0 ? Slot{} : Slot{std::move(hook)};
+}
+
+BusConnection::Slot BusConnection::onCall(const std::string& path, const std::string& interface,
+                                          Handler handler) {
+    if (!open())
+        return {};
+    auto hook = std::make_unique<Slot::Hook>(std::move(handler));
+    hook->interface = interface;
+    const int result =
+        sd_bus_add_object(bus_.get(), &hook->slot, path.c_str(), Slot::Hook::gotCall, hook.get());
     return result < 0 ? Slot{} : Slot{std::move(hook)};
 }
 

@@ -74,6 +74,9 @@ public:
     /// With `firstArgument` only those whose first argument is that text.
     Slot onSignal(const BusAddressee& from, Handler handler,
                   const std::optional<std::string>& firstArgument = {});
+    /// Hears the calls of one of our objects' interfaces. Answering them, with an error where
+    /// there is no such method, is the handler's affair.
+    Slot onCall(const std::string& path, const std::string& interface, Handler handler);
     BusMessage newSignal(const BusAddressee& from);
     BusMessage newCall(const BusAddressee& to);
     void send(sd_bus_message& message);

@@ -9,7 +9,8 @@ namespace vantor {
 class LinuxSystemLog final : public SystemLog {
 public:
     /// `terminal`, which is standard error but under test, is used where it is a terminal.
-    explicit LinuxSystemLog(int terminal = 2) noexcept;
+    /// `identity`, the name of the program, outlives it.
+    explicit LinuxSystemLog(int terminal = 2, const char* identity = "vantorbar") noexcept;
     ~LinuxSystemLog() override;
     LinuxSystemLog(const LinuxSystemLog&) = delete;
     LinuxSystemLog& operator=(const LinuxSystemLog&) = delete;
@@ -17,6 +18,7 @@ public:
 
 private:
     int terminal_;  // -1: the journal
+    const char* identity_;
 };
 
 }  // namespace vantor
