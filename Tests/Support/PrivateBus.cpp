@@ -19,6 +19,7 @@ constexpr const char* kConfiguration = R"(<busconfig>
   <type>session</type>
   <listen>unix:path={}</listen>
   <auth>EXTERNAL</auth>
+  {}
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
@@ -54,9 +55,12 @@ pid_t startDaemon(const std::string& configuration, int output) {
 
 }  // namespace
 
-PrivateBus::PrivateBus() {
+PrivateBus::PrivateBus(const std::filesystem::path& services) {
     const auto configuration = folder_ / "bus.conf";
-    std::ofstream(configuration) << fmt::format(kConfiguration, (folder_ / "socket").string());
+    const std::string activation =
+        services.empty() ? "" : fmt::format("<servicedir>{}</servicedir>", services.string());
+    std::ofstream(configuration) << fmt::format(kConfiguration, (folder_ / "socket").string(),
+                                                activation);
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
         throw std::runtime_error("no pipe");

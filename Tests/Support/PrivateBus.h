@@ -8,10 +8,11 @@
 
 namespace vantor::test {
 
-/// A message bus of the test's own, which starts no services. It ends with the test.
+/// A message bus of the test's own. It starts the services that `services` has files of, or none,
+/// and ends with the test.
 class PrivateBus {
 public:
-    PrivateBus();
+    explicit PrivateBus(const std::filesystem::path& services = {});
     ~PrivateBus() { end(); }
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;

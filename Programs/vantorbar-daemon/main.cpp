@@ -1,0 +1,82 @@
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <string_view>
+
+#include <fmt/format.h>
+#include <malloc.h>
+#include <unistd.h>
+
+#include "Platform/Linux/LinuxClock.h"
+#include "Platform/Linux/LinuxDistributedNotifications.h"
+#include "Platform/Linux/LinuxMainQueue.h"
+#include "Platform/Linux/LinuxProcessSource.h"
+#include "Platform/Linux/LinuxSystemLog.h"
+#include "Programs/vantorbar-daemon/DaemonBus.h"
+
+namespace vantor {
+namespace {
+
+constexpr const char* kName = "vantorbar-daemon";
+constexpr int kWrongUsage = 2;
+constexpr std::uint32_t kRoot = 0;
+constexpr int kLargeBlockBytes = 64 * 1024;
+
+/// A message can be large; what it took goes back to the system with it.
+void returnLargeBlocks() noexcept {
+    mallopt(M_MMAP_THRESHOLD, kLargeBlockBytes);
+    mallopt(M_TRIM_THRESHOLD, kLargeBlockBytes);
+}
+
+/// Serves until nobody needs it. False where it couldn't, which the log has been told.
+bool serve() {
+    const LinuxClock clock;
+    LinuxSystemLog log(STDERR_FILENO, kName);
+    LinuxMainQueue queue;
+    BusConnection bus(queue, log, {"Message bus", "nobody can ask for processes"},
+                      daemonBusAddress(processEnvironment()));
+    LinuxDistributedNotifications notifications(queue, bus);
+    LinuxProcessSource source(clock);
+    DaemonBus link({queue, clock, log, bus}, {geteuid(), kRoot});
+    const auto end = [&] { queue.stop(); };
+    ProcessService service({queue, clock, source, log}, link, [&] { link.release(end); });
+
+    bool isTaken = false;
+    const auto announce = [&] { notifications.post("VantorBarDaemonXPCReady", {}); };
+    link.own(service, announce, [&] {
+        log.write(fmt::format("{} is somebody else's on this bus", kDaemonName));
+        isTaken = true;
+        end();
+    });
+    queue.setAfterCalls([&] {
+        if (!bus.open())
+            end();
+    });
+    if (bus.open())
+        queue.run();
+    return bus.open() && !isTaken;
+}
+
+int complain(std::string_view argument) {
+    fmt::print(stderr, "{}: what is {}?\nUsage: {} [--version]\n", kName, argument, kName);
+    return kWrongUsage;
+}
+
+}  // namespace
+}  // namespace vantor
+
+int main(int argc, char** argv) {
+    if (argc > 1 && std::string_view(argv[1]) != "--version")
+        return vantor::complain(argv[1]);
+    if (argc > 1) {
+        fmt::print("{} {}\n", vantor::kName, VANTOR_VERSION);
+        return 0;
+    }
+    try {
+        vantor::returnLargeBlocks();
+        return vantor::serve() ? 0 : 1;
+    } catch (const std::exception& exception) {
+        fmt::print(stderr, "{}: {}\n", vantor::kName, exception.what());
+        return 1;
+    }
+}
