@@ -7,16 +7,12 @@
 #include <systemd/sd-bus.h>
 
 #include "Platform/Linux/LinuxClock.h"
-#include "Tests/Support/BusPeer.h"
-#include "Tests/Support/PrivateBus.h"
-#include "Tests/Support/QueueWorld.h"
+#include "Tests/Support/BusTest.h"
 
 namespace vantor {
 namespace {
 
 using test::BusPeer;
-using test::KeptLog;
-using test::PrivateBus;
 using test::runUntil;
 using test::settle;
 using testing::ElementsAre;
@@ -25,11 +21,8 @@ using testing::IsEmpty;
 
 const BusAddressee kSignal{.peer = "", .path = "/a", .interface = "b.c", .member = "D"};
 
-class BusConnectionTest : public testing::Test {
+class BusConnectionTest : public test::BusTest {
 protected:
-    BusConnection connectionTo(std::optional<std::string> address) {
-        return {queue, log, {"Test bus", "tests stand still"}, std::move(address)};
-    }
     /// Notes the text that a signal carries.
     BusConnection::Handler notes() {
         return [this](sd_bus_message& message) {
@@ -38,11 +31,6 @@ protected:
             heard.emplace_back(text);
         };
     }
-
-    LinuxMainQueue queue;
-    KeptLog log;
-    PrivateBus bus;
-    std::vector<std::string> heard;
 };
 
 TEST_F(BusConnectionTest, SignalsThatMatchAreHeard) {

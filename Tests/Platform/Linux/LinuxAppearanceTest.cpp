@@ -8,16 +8,13 @@
 #include <gtest/gtest.h>
 #include <systemd/sd-bus.h>
 
-#include "Tests/Support/BusPeer.h"
-#include "Tests/Support/PrivateBus.h"
-#include "Tests/Support/QueueWorld.h"
+#include "Tests/Support/BusTest.h"
 
 namespace vantor {
 namespace {
 
 using test::BusPeer;
 using test::KeptLog;
-using test::PrivateBus;
 using test::runUntil;
 using test::settle;
 using testing::ElementsAre;
@@ -55,7 +52,7 @@ private:
     BusPeer peer_;
 };
 
-class LinuxAppearanceTest : public testing::Test {
+class LinuxAppearanceTest : public test::BusTest {
 protected:
     /// Waits until whatever the bus had for us is told.
     void settleAll() {
@@ -63,19 +60,11 @@ protected:
         ASSERT_TRUE(settle(queue, connection));
         queue.runOnce(0);
     }
-    Observation notes(std::string_view name) {
-        return notifications.observe(std::string(name), [this](const Notification& notification) {
-            heard.emplace_back(notification.name);
-        });
-    }
 
-    LinuxMainQueue queue;
-    KeptLog log;
-    PrivateBus bus;
-    BusConnection connection{queue, log, {"Session bus", "all is light"}, bus.address()};
+    BusConnection connection = connectionTo(bus.address());
     LinuxDistributedNotifications notifications{queue, connection};
-    std::vector<std::string> heard;
-    Observation theme = notes(kInterfaceThemeChanged), contrast = notes(kIncreaseContrastChanged);
+    Observation theme = notes(notifications, kInterfaceThemeChanged);
+    Observation contrast = notes(notifications, kIncreaseContrastChanged);
 };
 
 TEST_F(LinuxAppearanceTest, PortalsAnswersAreTakenOverAndTold) {

@@ -8,16 +8,12 @@
 #include <gtest/gtest.h>
 #include <systemd/sd-bus.h>
 
-#include "Tests/Support/BusPeer.h"
-#include "Tests/Support/PrivateBus.h"
-#include "Tests/Support/QueueWorld.h"
+#include "Tests/Support/BusTest.h"
 
 namespace vantor {
 namespace {
 
 using test::BusPeer;
-using test::KeptLog;
-using test::PrivateBus;
 using test::runUntil;
 using test::settle;
 using testing::ElementsAre;
@@ -51,11 +47,8 @@ struct Process {
     std::vector<std::string> heard;
 };
 
-class LinuxDistributedNotificationsTest : public testing::Test {
+class LinuxDistributedNotificationsTest : public test::BusTest {
 protected:
-    LinuxMainQueue queue;
-    KeptLog log;
-    PrivateBus bus;
     Process one{queue, log, bus.address()};
     Process other{queue, log, bus.address()};
 };

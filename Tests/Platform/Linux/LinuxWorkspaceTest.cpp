@@ -10,17 +10,14 @@
 #include <gtest/gtest.h>
 
 #include "Platform/Linux/LinuxDirectories.h"
-#include "Tests/Support/BusPeer.h"
-#include "Tests/Support/PrivateBus.h"
-#include "Tests/Support/QueueWorld.h"
+#include "Tests/Support/BusTest.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 namespace vantor {
 namespace {
 
 namespace fs = std::filesystem;
 using test::BusPeer;
-using test::KeptLog;
-using test::PrivateBus;
 using test::runUntil;
 using test::settle;
 using testing::ElementsAre;
@@ -30,7 +27,7 @@ const BusAddressee kPrepareForSleep{.peer = "",
                                     .interface = "org.freedesktop.login1.Manager",
                                     .member = "PrepareForSleep"};
 
-class LinuxWorkspaceTest : public testing::Test {
+class LinuxWorkspaceTest : public test::BusTest {
 protected:
     Environment environment() const {
         return [folder = folder.path()](const std::string& name) -> std::optional<std::string> {
@@ -52,26 +49,20 @@ protected:
     bool isThere(const std::string& name) {
         return runUntil(queue, [&] { return fs::exists(folder / name); });
     }
-    Observation notes(std::string_view name) {
-        return workspace.notificationCenter().observe(
-            std::string(name), [this](const Notification& n) { heard.emplace_back(n.name); });
-    }
 
     test::TemporaryFolder folder;
-    LinuxMainQueue queue;
-    KeptLog log;
-    PrivateBus bus;
-    BusConnection connection{queue, log, {"System bus", "sleep goes unnoticed"}, bus.address()};
+    BusConnection connection = connectionTo(bus.address());
     LinuxDirectories directories{{.environment = environment(),
                                   .accountHome = [] { return std::nullopt; },
                                   .program = {},
                                   .uninstalledResources = {}}};
     LinuxWorkspace workspace{queue, connection, directories, environment()};
-    std::vector<std::string> heard;
 };
 
 TEST_F(LinuxWorkspaceTest, SleepAndWakeArePosted) {
-    const auto sleeps = notes(kWorkspaceWillSleep), wakes = notes(kWorkspaceDidWake);
+    NotificationCenter& center = workspace.notificationCenter();
+    const auto sleeps = notes(center, kWorkspaceWillSleep);
+    const auto wakes = notes(center, kWorkspaceDidWake);
     BusPeer logind(queue, bus.address(), "org.freedesktop.login1");
     BusPeer stranger(queue, bus.address());
     queue.runOnce(0);
