@@ -54,7 +54,8 @@ void BusConnection::Close::operator()(sd_bus* bus) const noexcept { sd_bus_close
 
 /// What the bus library calls back through. It is C: nothing may be thrown through it.
 struct BusConnection::Slot::Hook {
-    explicit Hook(Handler newHandler) : handler(std::move(newHandler)) {}
+    explicit Hook(Handler newHandler, BusAddressee newTarget = {})
+        : handler(std::move(newHandler)), target(std::move(newTarget)) {}
     ~Hook() { sd_bus_slot_unref(slot); }
     Hook(const Hook&) = delete;
     Hook& operator=(const Hook&) = delete;
@@ -64,12 +65,18 @@ struct BusConnection::Slot::Hook {
             static_cast<Hook*>(hook)->handler(*message);
         return 0;
     }
-    static int gotCall(sd_bus_message* message, void* hook, sd_bus_error*) noexcept {
-        auto& self = *static_cast<Hook*>(hook);
-        if (sd_bus_message_is_method_call(message, self.interface.c_str(), nullptr) <= 0)
+    /// For what it doesn't take, the bus library answers that there is no such method.
+    static int heardCall(sd_bus_message* message, void* hook, sd_bus_error*) noexcept {
+        const auto& self = *static_cast<Hook*>(hook);
+        const bool all = self.target.member.empty();
+        if (sd_bus_message_is_method_call(message, self.target.interface.c_str(),
+                                          all ? nullptr : self.target.member.c_str()) <= 0)
             return 0;
         self.handler(*message);
-        return 1;
+        if (all)
+            return 1;
+        const int result = sd_bus_reply_method_return(message, "");
+        return result < 0 ? result : 1;
     }
     static int gotReply(sd_bus_message* message, void* hook, sd_bus_error*) noexcept {
         static_cast<Hook*>(hook)->handler(*message);
@@ -77,7 +84,7 @@ struct BusConnection::Slot::Hook {
     }
 
     Handler handler;
-    std::string interface;  // whose calls it hears
+    BusAddressee target;  // of calls
     sd_bus_slot* slot = nullptr;
 };
 
@@ -131,15 +138,17 @@ BusConnection::Slot BusConnection::onSignal(const BusAddressee& from, Handler ha
     return result < 0 ? Slot{} : Slot{std::move(hook)};
 }
 
-BusConnection::Slot BusConnection::onCall(const std::string& path, const std::string& interface,
-                                          Handler handler) {
+BusConnection::Slot BusConnection::onCall(const BusAddressee& to, Handler handler) {
     if (!open())
         return {};
-    auto hook = std::make_unique<Slot::Hook>(std::move(handler));
-    hook->interface = interface;
-    const int result =
-        sd_bus_add_object(bus_.get(), &hook->slot, path.c_str(), Slot::Hook::gotCall, hook.get());
+    auto hook = std::make_unique<Slot::Hook>(std::move(handler), to);
+    const int result = sd_bus_add_object(bus_.get(), &hook->slot, to.path.c_str(),
+                                         Slot::Hook::heardCall, hook.get());
     return result < 0 ? Slot{} : Slot{std::move(hook)};
+}
+
+Observation BusConnection::onLoss(std::function<void()> lost) {
+    return losses_.observe({}, [lost = std::move(lost)](const Notification&) { lost(); });
 }
 
 BusMessage BusConnection::newSignal(const BusAddressee& from) {
@@ -262,6 +271,7 @@ void BusConnection::lose(int error) {
         log_.write(fmt::format("{}: {}; {}", wording_.bus, describe(error), wording_.consequence));
     else
         log_.write(fmt::format("{}: there is none; {}", wording_.bus, wording_.consequence));
+    losses_.post({});
 }
 
 }  // namespace vantor

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "Foundation/NotificationCenter.h"
 #include "Platform/Linux/LinuxMainQueue.h"
 #include "Platform/SystemLog.h"
 
@@ -74,9 +75,13 @@ public:
     /// With `firstArgument` only those whose first argument is that text.
     Slot onSignal(const BusAddressee& from, Handler handler,
                   const std::optional<std::string>& firstArgument = {});
-    /// Hears the calls of one of our objects' interfaces. Answering them, with an error where
-    /// there is no such method, is the handler's affair.
-    Slot onCall(const std::string& path, const std::string& interface, Handler handler);
+    /// Hears what is called on an object of ours, by whomever: the handler looks at the sender.
+    /// Who waits for an answer gets an empty one. Without a member, all calls of the interface are
+    /// heard, and to answer them, with an error where there is no such method, is the handler's
+    /// affair.
+    Slot onCall(const BusAddressee& to, Handler handler);
+    /// Told when the connection is lost, maybe inside one of these operations: it only takes note.
+    Observation onLoss(std::function<void()> lost);
     BusMessage newSignal(const BusAddressee& from);
     BusMessage newCall(const BusAddressee& to);
     void send(sd_bus_message& message);
@@ -104,6 +109,7 @@ private:
     SystemLog& log_;
     Wording wording_;
     std::optional<std::string> address_;
+    NotificationCenter losses_;
     State state_ = State::unopened;
     std::unique_ptr<sd_bus, Close> bus_;
     LinuxMainQueue::Watch watch_;

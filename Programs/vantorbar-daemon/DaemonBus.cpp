@@ -99,7 +99,7 @@ void DaemonBus::own(ProcessService& service, std::function<void()> ready,
     ready_ = std::move(ready);
     taken_ = std::move(taken);
     // Before the name is ours: calls may wait for it already.
-    calls_ = environs_.bus.onCall(kDaemonPath, kDaemonName,
+    calls_ = environs_.bus.onCall({{}, kDaemonPath, kDaemonName, {}},
                                   [this](sd_bus_message& message) { receive(message); });
     askForName();
 }

@@ -31,6 +31,23 @@ protected:
             heard.emplace_back(text);
         };
     }
+    /// What the bus calls `connection`.
+    std::string nameOf(BusConnection& connection) {
+        BusPeer asked(queue, bus.address());
+        std::string name;
+        asked.setAnswer([&](sd_bus_message* call) {
+            name = sd_bus_message_get_sender(call);
+            return sd_bus_reply_method_return(call, "");
+        });
+        const char* askedName = nullptr;
+        EXPECT_GE(sd_bus_get_unique_name(asked.get(), &askedName), 0);
+        auto to = kSignal;
+        to.peer = askedName;
+        const auto hello = connection.newCall(to);
+        connection.send(*hello);
+        EXPECT_TRUE(runUntil(queue, [&] { return !name.empty(); }));
+        return name;
+    }
 };
 
 TEST_F(BusConnectionTest, SignalsThatMatchAreHeard) {
@@ -76,20 +93,8 @@ TEST_F(BusConnectionTest, SignalThatAStrangerSendsToUsAloneIsIgnored) {
     auto from = kSignal;
     from.peer = "test.Owner";
     const auto slot = connection.onSignal(from, notes());
-    std::string ownName;
-    stranger.setAnswer([&](sd_bus_message* call) {
-        ownName = sd_bus_message_get_sender(call);
-        return sd_bus_reply_method_return(call, "");
-    });
-    const char* strangersName = nullptr;
-    ASSERT_GE(sd_bus_get_unique_name(stranger.get(), &strangersName), 0);
-    auto to = kSignal;
-    to.peer = strangersName;
-    const auto hello = connection.newCall(to);
-    connection.send(*hello);
-    ASSERT_TRUE(runUntil(queue, [&] { return !ownName.empty(); }));
 
-    stranger.emitSignalTo(ownName, kSignal, "s", "forged");
+    stranger.emitSignalTo(nameOf(connection), kSignal, "s", "forged");
     owner.emitSignal(kSignal, "s", "real");
 
     EXPECT_TRUE(runUntil(queue, [&] { return !heard.empty(); }));
@@ -131,6 +136,42 @@ TEST_F(BusConnectionTest, CallToNobodyIsAnsweredWithAnError) {
     });
     EXPECT_TRUE(runUntil(queue, [&] { return !heard.empty(); }));
     EXPECT_THAT(heard, ElementsAre("error"));
+}
+
+TEST_F(BusConnectionTest, CallOnAnObjectOfOursIsHeardAndAnswered) {
+    auto connection = connectionTo(bus.address());
+    const auto slot = connection.onCall(kSignal, notes());
+    const std::string name = nameOf(connection);
+    std::string answers;
+    BusPeer peer(queue, bus.address());
+    const auto ask = [&](const char* path, const char* member, const char* text) {
+        const auto noteAnswer = [](sd_bus_message* answer, void* noted, sd_bus_error*) {
+            const bool isError = sd_bus_message_is_method_error(answer, nullptr) > 0;
+            *static_cast<std::string*>(noted) += isError ? "error " : "answer ";
+            return 0;
+        };
+        EXPECT_GE(sd_bus_call_method_async(peer.get(), nullptr, name.c_str(), path, "b.c", member,
+                                           noteAnswer, &answers, "s", text),
+                  0);
+        EXPECT_GE(sd_bus_flush(peer.get()), 0);
+    };
+    ask("/other", "D", "no");
+    ask("/a", "Other", "no");
+    ask("/a", "D", "yes");
+    EXPECT_TRUE(runUntil(queue, [&] { return answers.ends_with("answer "); }));
+    EXPECT_EQ(answers, "error error answer ");
+    EXPECT_THAT(heard, ElementsAre("yes"));
+}
+
+TEST_F(BusConnectionTest, LossIsToldOnce) {
+    auto connection = connectionTo(bus.address());
+    const auto observation = connection.onLoss([this] { heard.push_back("lost"); });
+    ASSERT_TRUE(settle(queue, connection));
+    EXPECT_THAT(heard, IsEmpty());
+    bus.end();
+    EXPECT_TRUE(runUntil(queue, [&] { return !heard.empty(); }));
+    connection.open();
+    EXPECT_THAT(heard, ElementsAre("lost"));
 }
 
 TEST_F(BusConnectionTest, FlushedSignalArrivesThoughTheSenderEndsAtOnce) {

@@ -65,12 +65,13 @@ std::string responseIn(sd_bus_message& message) {
 struct Client {
     Client(LinuxMainQueue& newQueue, SystemLog& log, const std::string& address)
         : queue(newQueue), bus(newQueue, log, {"Bus", "test"}, address),
-          responses(bus.onCall("/com/kolbrin/vantorbarclient", "com.kolbrin.vantorbarclient",
-                               [this](sd_bus_message& message) {
-                                   member = sd_bus_message_get_member(&message);
-                                   expectsReply = sd_bus_message_get_expect_reply(&message) != 0;
-                                   lists.push_back(responseIn(message));
-                               })) {}
+          responses(
+              bus.onCall({"", "/com/kolbrin/vantorbarclient", "com.kolbrin.vantorbarclient", ""},
+                         [this](sd_bus_message& message) {
+                             member = sd_bus_message_get_member(&message);
+                             expectsReply = sd_bus_message_get_expect_reply(&message) != 0;
+                             lists.push_back(responseIn(message));
+                         })) {}
 
     template <class... Arguments>
     void send(const char* name, const char* types = "", Arguments... arguments) {
