@@ -9,7 +9,8 @@
 
 namespace vantor {
 
-/// The client's end of a link to the daemon: what comes back over it. Main queue.
+/// The client's end of a link to the daemon: what comes back over it. Each call comes by itself,
+/// never inside one of the link's operations, and may end the link. Main queue.
 class DaemonClient {
 public:
     virtual ~DaemonClient() = default;
@@ -24,18 +25,18 @@ public:
 class DaemonConnection {
 public:
     virtual ~DaemonConnection() = default;
-    /// One way: what can't be delivered is dropped. `operation` is one of the daemon's.
+    /// One way: what can't be delivered is dropped. `operation` is one of DaemonProtocol.
     virtual void call(std::string_view operation, const PropertyValue::Array& arguments) = 0;
     /// Asks for the daemon's version pair; without an answer, `reply` is never called.
     virtual void version(std::function<void(std::int64_t, std::int64_t)> reply) = 0;
 };
 
-/// Port: the two-way link to the daemon. Main queue.
+/// Port: the two-way link to the daemon. No operation of it or its links waits. Main queue.
 class DaemonTransport {
 public:
     virtual ~DaemonTransport() = default;
-    /// Succeeds whether or not there is a daemon: its absence shows later. `client` outlives the
-    /// connection.
+    /// Succeeds whether or not there is a daemon: its absence shows later, at the earliest once
+    /// something was sent. `client` outlives the connection.
     virtual std::unique_ptr<DaemonConnection> connect(DaemonClient& client) = 0;
 };
 

@@ -17,9 +17,9 @@ namespace {
 
 constexpr const char* kConfiguration = R"(<busconfig>
   <type>session</type>
-  <listen>unix:path={}</listen>
+  <listen>unix:path={0}/socket</listen>
+  <servicedir>{1}</servicedir>
   <auth>EXTERNAL</auth>
-  {}
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
@@ -55,20 +55,34 @@ pid_t startDaemon(const std::string& configuration, int output) {
 
 }  // namespace
 
-PrivateBus::PrivateBus(const std::filesystem::path& services) {
+PrivateBus::PrivateBus(const std::filesystem::path& services)
+    : address_(fmt::format("unix:path={}", (folder_ / "socket").string())) {
+    std::ofstream(folder_ / "bus.conf")
+        << fmt::format(kConfiguration, folder_.path().string(), services.string());
+    start();
+}
+
+PrivateBus::PrivateBus(const Service& service)
+    : address_(fmt::format("unix:path={}", (folder_ / "socket").string())) {
+    const std::string folder = folder_.path().string();
+    std::ofstream(folder_ / "bus.conf") << fmt::format(kConfiguration, folder, folder);
+    if (!service.name.empty())
+        std::ofstream(folder_ / "test.service")
+            << fmt::format("[D-BUS Service]\nName={}\nExec={}\n", service.name, service.command);
+    start();
+}
+
+/// Returns once the bus listens.
+void PrivateBus::start() {
     const auto configuration = folder_ / "bus.conf";
-    const std::string activation =
-        services.empty() ? "" : fmt::format("<servicedir>{}</servicedir>", services.string());
-    std::ofstream(configuration) << fmt::format(kConfiguration, (folder_ / "socket").string(),
-                                                activation);
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
         throw std::runtime_error("no pipe");
     daemon_ = startDaemon(configuration, ends[1]);
     close(ends[1]);
-    address_ = firstLineFrom(ends[0]);
+    const bool isListening = !firstLineFrom(ends[0]).empty();
     close(ends[0]);
-    if (daemon_ < 0 || address_.empty()) {
+    if (daemon_ < 0 || !isListening) {
         end();
         throw std::runtime_error("no dbus-daemon");
     }
@@ -80,6 +94,11 @@ void PrivateBus::end() noexcept {
         return;
     kill(daemon, SIGKILL);
     waitpid(daemon, nullptr, 0);
+}
+
+void PrivateBus::restart() {
+    end();
+    start();
 }
 
 void PrivateBus::freeze() noexcept { kill(daemon_, SIGSTOP); }

@@ -340,7 +340,7 @@ TEST(DaemonBusAddressTest, StarterTellsTheBusAndElseTheSessionComesFirst) {
 TEST(DaemonActivationTest, BusStartsTheDaemonOfThisBuild) {
     LinuxMainQueue queue;
     KeptLog log;
-    const PrivateBus bus(VANTOR_SERVICE_DIR);
+    const PrivateBus bus{std::filesystem::path(VANTOR_SERVICE_DIR)};
     Client client(queue, log, bus.address());
     EXPECT_EQ(client.version(), "1.0");
 }
