@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "Foundation/NotificationCenter.h"
+#include "Foundation/PropertyValue.h"
 #include "Platform/Witness.h"
 
 namespace vantor::simulated {
@@ -18,6 +19,8 @@ public:
                               const NotificationInfo&) {}
     virtual void systemLog(std::string_view) {}
     virtual void launch(std::string_view /*path*/) {}
+    /// The program sent this to the daemon, whether or not anybody was there.
+    virtual void daemon(std::string_view /*call*/, const PropertyValue::Array& /*arguments*/) {}
 
     void measures(std::string_view, std::optional<int>) override {}
     void updated(std::string_view, int) override {}

@@ -61,14 +61,32 @@ FixedLoads fixedLoads(const ScenarioValue& value) {
     return loads;
 }
 
+/// One of the busiest processes; it may lack either.
+PropertyValue processRecord(const ScenarioValue& value) {
+    ScenarioObject object(value);
+    PropertyValue::Dictionary record;
+    object.with("name", [&](auto& name) { record["name"] = name.text(); });
+    object.with("c", [&](const ScenarioValue& use) {
+        use.number();
+        record["c"] = use.propertyValue();
+    });
+    object.finish();
+    return record;
+}
+
+PropertyValue processRecords(const ScenarioValue& value) {
+    if (value.isNull())
+        return {};
+    PropertyValue::Array records;
+    for (const ScenarioValue& element : value.elements())
+        records.push_back(processRecord(element));
+    return records;
+}
+
 /// Facilities that a scenario may describe and that nothing of this program looks at.
 void checkUnusedFacilities(ScenarioObject& object) {
     object.with("registry", [](const ScenarioValue& value) { ScenarioObject{value}; });
     object.with("fps", [](const ScenarioValue& value) { value.isNull() ? 0 : value.number(); });
-    object.with("processes", [](const ScenarioValue& value) {
-        if (!value.isNull())
-            value.elements();
-    });
     object.with("graphicsControl", [](const ScenarioValue& value) {
         if (!value.isNull() && !(value.json().is_string() && value.text() == "fail"))
             value.number();
@@ -82,6 +100,7 @@ MachineChange machineChange(ScenarioObject& object, std::size_t cpus) {
     object.with("load", [&](auto& value) { change.loads = fixedLoads(value); });
     object.with("tasks", [&](auto& value) { change.tasks = taskCount(value); });
     object.with("threads", [&](auto& value) { change.threads = taskCount(value); });
+    object.with("processes", [&](auto& value) { change.processes = processRecords(value); });
     checkUnusedFacilities(object);
     return change;
 }
@@ -197,14 +216,16 @@ std::optional<ScenarioEvent::Action> lifeEvent(ScenarioObject& object, const Sce
     return kill;
 }
 
-/// The daemon comes and goes; nobody of this program talks to it.
 std::optional<ScenarioEvent::Action> daemonEvent(ScenarioObject& object, const Scenario&) {
+    static constexpr std::pair<std::string_view, DaemonChange> kChanges[] = {
+        {"up", DaemonChange::up}, {"down", DaemonChange::down}, {"crash", DaemonChange::crash}};
     const auto value = object.find("daemon");
     if (!value)
         return std::nullopt;
-    if (const std::string& word = value->text(); word != "up" && word != "down" && word != "crash")
-        value->fail("expected \"up\", \"down\" or \"crash\"");
-    return MachineChange{};
+    for (const auto& [word, change] : kChanges)
+        if (value->text() == word)
+            return change;
+    value->fail("expected \"up\", \"down\" or \"crash\"");
 }
 
 void refuse(ScenarioObject& object, std::initializer_list<std::string_view> keys,

@@ -32,6 +32,7 @@ struct MachineChange {
     std::optional<std::vector<SimulatedProcessorCounters::Rates>> rates;
     std::optional<FixedLoads> loads;
     std::optional<std::int32_t> tasks, threads;
+    std::optional<PropertyValue> processes;  // an array of records; nothing without a daemon
 };
 
 /// The preferences application writes the domain and says so.
@@ -45,6 +46,8 @@ struct PreferenceWrite {
 struct AppearanceChange {
     std::optional<bool> dark, contrast;
 };
+
+enum class DaemonChange { up, down, crash };
 
 struct ClockStep {
     double seconds;
@@ -66,8 +69,8 @@ struct Kill {
 };
 
 struct ScenarioEvent {
-    using Action = std::variant<MachineChange, PreferenceWrite, AppearanceChange, ClockStep, Stall,
-                                Sleep, Restart, Kill>;
+    using Action = std::variant<MachineChange, PreferenceWrite, AppearanceChange, DaemonChange,
+                                ClockStep, Stall, Sleep, Restart, Kill>;
     double at;  // seconds after the start
     Action action;
 };

@@ -6,7 +6,7 @@ SimulatedMachine::SimulatedMachine(double start, double latencySeconds, Journal*
     : journal(journalOrNull), mainQueue(start, latencySeconds), clock(mainQueue),
       processorCounters(mainQueue), systemLog(journal), workspace(journal),
       distributedNotifications(mainQueue, journal), localNotifications(journal),
-      fileSystem(clock, mainQueue) {}
+      fileSystem(clock, mainQueue), daemon(mainQueue, distributedNotifications, journal) {}
 
 Ports SimulatedMachine::ports() {
     return {.clock = clock,

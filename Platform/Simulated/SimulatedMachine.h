@@ -2,6 +2,7 @@
 
 #include "Platform/Ports.h"
 #include "Platform/Simulated/SimulatedClock.h"
+#include "Platform/Simulated/SimulatedDaemon.h"
 #include "Platform/Simulated/SimulatedDistributedNotifications.h"
 #include "Platform/Simulated/SimulatedFacilities.h"
 #include "Platform/Simulated/SimulatedFileSystem.h"
@@ -38,6 +39,7 @@ struct SimulatedMachine {
     SimulatedPreferenceDomain preferences;
     SimulatedDistributedNotifications distributedNotifications;
     SimulatedLocalNotifications localNotifications;
+    SimulatedDaemon daemon;
     SimulatedAppearance appearance;
     SimulatedMachineIdentity machineIdentity;
     SimulatedRegionalSettings regionalSettings;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "Platform/MainQueue.h"
@@ -28,6 +29,8 @@ public:
     void runUntil(double time);
     /// Forgets all calls: the process is gone.
     void clear() noexcept { calls_.clear(); }
+    /// Somebody else has `task` called, at that time to the dot; it may be in the past.
+    void at(double time, Task task) { add(time, std::move(task)); }
 
     void async(Task task) override;
     CallID after(double delaySeconds, Task task) override;

@@ -40,6 +40,25 @@ void appendJSONNumber(std::string& out, double value) {
         out += "null";
 }
 
+/// Integers, texts and arrays, which is what the daemon is sent; anything else is a number.
+void appendJSON(std::string& out, const PropertyValue& value) {
+    if (const auto* const text = value.text())
+        return appendJSONText(out, *text);
+    if (const auto* const integer = value.as<std::int64_t>()) {
+        fmt::format_to(std::back_inserter(out), "{}", *integer);
+        return;
+    }
+    const auto* const array = value.array();
+    if (array == nullptr)
+        return appendJSONNumber(out, value.doubleValue());
+    const char* separator = "[";
+    for (const PropertyValue& element : *array) {
+        out += std::exchange(separator, ",");
+        appendJSON(out, element);
+    }
+    out += array->empty() ? "[]" : "]";
+}
+
 }  // namespace
 
 EventJournal::EventJournal(const std::filesystem::path& file)
@@ -140,6 +159,14 @@ void EventJournal::systemLog(std::string_view line) {
 void EventJournal::launch(std::string_view path) {
     begin("launch");
     text("path", path);
+    end();
+}
+
+void EventJournal::daemon(std::string_view call, const PropertyValue::Array& arguments) {
+    begin("daemon");
+    text("call", call);
+    buffer_ += ",\"arguments\":";
+    appendJSON(buffer_, arguments);
     end();
 }
 

@@ -28,6 +28,7 @@ public:
                       const NotificationInfo& info) override;
     void systemLog(std::string_view text) override;
     void launch(std::string_view path) override;
+    void daemon(std::string_view call, const PropertyValue::Array& arguments) override;
     void measures(std::string_view collector, std::optional<int> sequence) override;
     void updated(std::string_view collector, int mode) override;
     void extraLoaded(std::string_view extra) override;

@@ -35,6 +35,8 @@ void changeMachine(const MachineChange& change, SimulatedMachine& machine) {
     counts.tasks = change.tasks.value_or(counts.tasks);
     counts.threads = change.threads.value_or(counts.threads);
     machine.processorCounters.setProcessCounts(counts);
+    if (change.processes)
+        machine.daemon.setProcesses(*change.processes);
 }
 
 }  // namespace
@@ -76,6 +78,17 @@ struct Simulation::Act {
         if (change.contrast) {
             machine.appearance.setContrast(*change.contrast);
             machine.distributedNotifications.arrive(std::string(kIncreaseContrastChanged), {});
+        }
+    }
+
+    void operator()(DaemonChange change) {
+        switch (change) {
+        case DaemonChange::up:
+            return machine.daemon.comeUp();
+        case DaemonChange::down:
+            return machine.daemon.goDown();
+        case DaemonChange::crash:
+            return machine.daemon.crash();
         }
     }
 

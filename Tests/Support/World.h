@@ -23,6 +23,12 @@ public:
     void systemLog(std::string_view text) override { systemLogLines.emplace_back(text); }
     void launch(std::string_view path) override { launches.emplace_back(path); }
     void logged(std::string_view text) override { logLines.emplace_back(text); }
+    void daemon(std::string_view call, const PropertyValue::Array& arguments) override {
+        std::string line(call);
+        for (const PropertyValue& argument : arguments)
+            line += " " + argument.stringValue();
+        daemonCalls.push_back(std::move(line));
+    }
     void measures(std::string_view collector, std::optional<int> sequence) override {
         measurements.push_back({std::string(collector), sequence});
     }
@@ -42,7 +48,7 @@ public:
     };
     std::vector<double> lengths;
     int repaints = 0, loaded = 0, unloaded = 0;
-    std::vector<std::string> notifications, systemLogLines, launches, logLines;
+    std::vector<std::string> notifications, systemLogLines, launches, logLines, daemonCalls;
     std::vector<Measurement> measurements;
     std::vector<Update> updates;
 };

@@ -60,6 +60,31 @@ TEST(ScenarioTest, APreferenceEventNamesItsNotification) {
     EXPECT_EQ(write.info.at("resetKey"), "dropdown");
 }
 
+TEST(ScenarioTest, ProcessesMayLackTheirParts) {
+    const Scenario scenario = scenarioFromText(R"({"start": 1, "until": 1,
+        "machine": {"processes": [{"name": "a", "c": 1.5}, {"c": 2}, {}]},
+        "events": [{"at": 0, "processes": null}, {"at": 0, "processes": []},
+                   {"at": 0, "tasks": 1}]})");
+    EXPECT_EQ(scenario.machine.processes,
+              PropertyValue(PropertyValue::Array{
+                  PropertyValue::Dictionary{{"name", "a"}, {"c", 1.5}},
+                  PropertyValue::Dictionary{{"c", std::int64_t{2}}}, PropertyValue::Dictionary{}}));
+    const auto changed = [&](std::size_t event) {
+        return std::get<MachineChange>(scenario.events.at(event).action).processes;
+    };
+    EXPECT_EQ(changed(0), PropertyValue{});
+    EXPECT_EQ(changed(1), PropertyValue(PropertyValue::Array{}));
+    EXPECT_EQ(changed(2), std::nullopt);
+}
+
+TEST(ScenarioTest, TheDaemonComesAndGoes) {
+    const Scenario scenario = scenarioFromText(R"({"start": 1, "until": 1, "events": [
+        {"at": 0, "daemon": "down"}, {"at": 0, "daemon": "crash"}, {"at": 0, "daemon": "up"}]})");
+    const DaemonChange expected[] = {DaemonChange::down, DaemonChange::crash, DaemonChange::up};
+    for (std::size_t event = 0; event < 3; ++event)
+        EXPECT_EQ(std::get<DaemonChange>(scenario.events.at(event).action), expected[event]);
+}
+
 TEST(ScenarioTest, SaysWhereItIsWrongAndWhy) {
     const std::pair<const char*, const char*> cases[] = {
         {"", "line 1, column 1: not JSON"},
@@ -87,6 +112,22 @@ TEST(ScenarioTest, SaysWhereItIsWrongAndWhy) {
          "outputs/0/scale: expected an integer from 1 to 2"},
         {R"({"start": 1, "until": 1, "outputs": [{"at": 0, "snapshot": "a", "background": "w"}]})",
          "outputs/0/background: expected a colour, as in \"1 1 1 1\""},
+        {R"({"start": 1, "until": 1, "machine": {"processes": {}}})",
+         "machine/processes: expected an array"},
+        {R"({"start": 1, "until": 1, "machine": {"processes": [null]}})",
+         "machine/processes/0: expected an object"},
+        {R"({"start": 1, "until": 1, "machine": {"processes": [{"name": 1}]}})",
+         "machine/processes/0/name: expected a text"},
+        {R"({"start": 1, "until": 1, "machine": {"processes": [{"c": "1"}]}})",
+         "machine/processes/0/c: expected a number"},
+        {R"({"start": 1, "until": 1, "machine": {"processes": [{"pid": 1}]}})",
+         "machine/processes/0: unknown key \"pid\""},
+        {R"({"start": 1, "until": 1, "events": [{"at": 0, "processes": 1}]})",
+         "events/0/processes: expected an array"},
+        {R"({"start": 1, "until": 1, "events": [{"at": 0, "daemon": 1}]})",
+         "events/0/daemon: expected a text"},
+        {R"({"start": 1, "until": 1, "events": [{"at": 0, "daemon": "gone"}]})",
+         "events/0/daemon: expected \"up\", \"down\" or \"crash\""},
         {R"({"start": 1, "until": 1, "preferences": {"a": null}})",
          "preferences/a: null is no value"},
         {R"({"start": 1, "until": 1, "extra": "memory"})",

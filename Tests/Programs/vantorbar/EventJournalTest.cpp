@@ -1,0 +1,41 @@
+#include "Programs/vantorbar/EventJournal.h"
+
+#include <fstream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "Platform/Simulated/SimulatedMachine.h"
+#include "Tests/Support/TemporaryFolder.h"
+
+namespace vantor {
+namespace {
+
+class EventJournalTest : public testing::Test {
+protected:
+    EventJournalTest() { journal.attach(machine.clock, machine.mainQueue, machine.kStart); }
+    std::string written() {
+        journal.finish();
+        std::ifstream stream(folder / "events.jsonl");
+        std::string line;
+        std::getline(stream, line, '\0');
+        return line;
+    }
+
+    test::TemporaryFolder folder;
+    simulated::SimulatedMachine machine;
+    EventJournal journal{folder / "events.jsonl"};
+};
+
+TEST_F(EventJournalTest, ACallToTheDaemonIsALineWithItsArguments) {
+    journal.daemon("smartTemps", {});
+    journal.daemon("startRequestWithKey:", {std::int64_t{9007199254740993}});
+    journal.daemon("setFanSet:", {PropertyValue(PropertyValue::Array{"fan \"1\"", 1.5})});
+    const std::string begin = R"({"time":1425900000,"at":0,"kind":"daemon","call":)";
+    EXPECT_EQ(written(), begin + R"("smartTemps","arguments":[]})" + "\n" + begin +
+                             R"("startRequestWithKey:","arguments":[9007199254740993]})" + "\n" +
+                             begin + R"("setFanSet:","arguments":[["fan \"1\"",1.5]]})" + "\n");
+}
+
+}  // namespace
+}  // namespace vantor
