@@ -6,6 +6,7 @@ class Appearance;
 class BootTime;
 class CallStack;
 class Clock;
+class DaemonTransport;
 class Directories;
 class DistributedNotifications;
 class FileSystem;
@@ -35,6 +36,7 @@ struct Ports {
     Directories& directories;
     SystemLog& systemLog;
     Workspace& workspace;
+    DaemonTransport& daemonTransport;
     PreferenceDomain& preferences;
     DistributedNotifications& distributedNotifications;
     NotificationCenter& localNotifications;
@@ -72,6 +74,7 @@ inline Ports overriddenPorts(const Ports& ports, const PortOverrides& overrides)
             .directories = ports.directories,
             .systemLog = ports.systemLog,
             .workspace = ports.workspace,
+            .daemonTransport = ports.daemonTransport,
             .preferences = pick(overrides.preferences, ports.preferences),
             .distributedNotifications = ports.distributedNotifications,
             .localNotifications = ports.localNotifications,

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "Foundation/NotificationCenter.h"
+#include "Foundation/PropertyValue.h"
 
 namespace vantor {
 
@@ -21,6 +24,12 @@ public:
     virtual bool openFile(std::string_view path) = 0;
     /// Whether the desktop has what stands for the application or the settings of that path.
     virtual bool exists(std::string_view path) const = 0;
+    /// What the desktop knows of a process as an application, which may be nothing at all;
+    /// nothing where it doesn't know it as one, or keeps no such book.
+    virtual std::optional<PropertyValue::Dictionary>
+    applicationInformation(std::int64_t /*processID*/) {
+        return std::nullopt;
+    }
 };
 
 }  // namespace vantor

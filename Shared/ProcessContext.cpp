@@ -8,6 +8,7 @@
 #include "Shared/External/Logging/LGLog.h"
 #include "Shared/KOLVersions.h"
 #include "Shared/SharedInstance.h"
+#include "Shared/VTRDaemonConnection.h"
 #include "Shared/VTRImageCache.h"
 #include "Shared/VTRPreferences.h"
 #include "Shared/VTRTranslations.h"
@@ -28,6 +29,7 @@ struct ProcessContext::Singletons {
     SharedInstance<CPUStatCollector> cpuCollector;
     SharedInstance<LoadStatCollector> loadCollector;
     SharedInstance<VTRTranslations> translations;
+    SharedInstance<VTRDaemonConnection> daemonConnection;
 };
 
 ProcessContext::ProcessContext(const Ports& ports)
@@ -96,6 +98,17 @@ VTRTranslations& ProcessContext::translations() {
         translations->loadTranslations();
         return translations;
     });
+}
+
+VTRDaemonConnection& ProcessContext::daemonConnection() {
+    return singletons_->daemonConnection.get(
+        [&] { return std::make_unique<VTRDaemonConnection>(ports_); });
+}
+
+void ProcessContext::dropDaemonConnection() noexcept { singletons_->daemonConnection.drop(); }
+
+VTRDaemonConnection* ProcessContext::existingDaemonConnection() const noexcept {
+    return singletons_->daemonConnection.existing();
 }
 
 CPUStatCollector* ProcessContext::existingCPUCollector() const noexcept {

@@ -11,6 +11,7 @@ class CPUStatCollector;
 class KOLVersions;
 class LGLog;
 class LoadStatCollector;
+class VTRDaemonConnection;
 class VTRImageCache;
 class VTRPreferences;
 class VTRTranslations;
@@ -45,6 +46,10 @@ public:
     LoadStatCollector& loadCollector();
     void dropLoadCollector() noexcept;
     VTRTranslations& translations();
+    VTRDaemonConnection& daemonConnection();
+    void dropDaemonConnection() noexcept;
+    /// Null as long as nobody asked for it.
+    VTRDaemonConnection* existingDaemonConnection() const noexcept;
 
     /// The collectors that there are now; null for one that nobody asked for yet.
     CPUStatCollector* existingCPUCollector() const noexcept;

@@ -20,7 +20,9 @@ LinuxPlatform::LinuxPlatform(const DirectorySources& sources, const KernelFiles&
       distributedNotifications_(mainQueue_, buses_.session),
       appearance_(mainQueue_, buses_.session, distributedNotifications_),
       workspace_(mainQueue_, buses_.system, directories_, sources.environment),
-      fileWatches_(mainQueue_), fileSystem_(fileWatches_) {
+      fileWatches_(mainQueue_), fileSystem_(fileWatches_),
+      daemonTransport_(mainQueue_, sessionBusAddress(sources.environment),
+                       systemBusAddress(sources.environment)) {
     distributedNotifications_.setArrived([this] { preferences_.noteChanged(); });
 }
 
@@ -34,6 +36,7 @@ Ports LinuxPlatform::ports() noexcept {
             .directories = directories_,
             .systemLog = systemLog_,
             .workspace = workspace_,
+            .daemonTransport = daemonTransport_,
             .preferences = preferences_,
             .distributedNotifications = distributedNotifications_,
             .localNotifications = localNotifications_,

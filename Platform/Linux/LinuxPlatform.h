@@ -10,6 +10,7 @@
 #include "Platform/Linux/LinuxBuses.h"
 #include "Platform/Linux/LinuxCallStack.h"
 #include "Platform/Linux/LinuxClock.h"
+#include "Platform/Linux/LinuxDaemonTransport.h"
 #include "Platform/Linux/LinuxDirectories.h"
 #include "Platform/Linux/LinuxDistributedNotifications.h"
 #include "Platform/Linux/LinuxFileSystem.h"
@@ -66,6 +67,7 @@ private:
     LinuxFileSystem fileSystem_;
     LinuxThisProcess thisProcess_;
     LinuxTimeZone timeZone_;
+    LinuxDaemonTransport daemonTransport_;
     LinuxWorkQueues workQueues_;
 };
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -103,6 +104,11 @@ public:
     void willSleep() { center_.post(kWorkspaceWillSleep); }
     void didWake() { center_.post(kWorkspaceDidWake); }
     const std::vector<std::string>& launched() const noexcept { return launched_; }
+    void setApplicationInformation(std::int64_t processID,
+                                   std::optional<PropertyValue::Dictionary> information) {
+        information_.insert_or_assign(processID, std::move(information));
+    }
+    int informationRequests() const noexcept { return informationRequests_; }
 
     NotificationCenter& notificationCenter() noexcept override { return center_; }
     bool launchApplication(std::string_view name) override {
@@ -117,11 +123,19 @@ public:
     }
     /// From now on there is something at that path.
     void install(std::string path) { existing_.push_back(std::move(path)); }
+    std::optional<PropertyValue::Dictionary>
+    applicationInformation(std::int64_t processID) override {
+        ++informationRequests_;
+        const auto known = information_.find(processID);
+        return known == information_.end() ? std::nullopt : known->second;
+    }
 
 private:
     Journal* journal_;
     NotificationCenter center_;
     std::vector<std::string> launched_, existing_;
+    std::map<std::int64_t, std::optional<PropertyValue::Dictionary>> information_;
+    int informationRequests_ = 0;
 };
 
 class SimulatedAppearance final : public Appearance {

@@ -18,6 +18,7 @@ Ports SimulatedMachine::ports() {
             .directories = directories,
             .systemLog = systemLog,
             .workspace = workspace,
+            .daemonTransport = daemon,
             .preferences = preferences,
             .distributedNotifications = distributedNotifications,
             .localNotifications = localNotifications,

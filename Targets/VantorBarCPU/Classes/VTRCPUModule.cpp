@@ -6,6 +6,7 @@
 #include "Shared/Collectors/CPUStatCollector.h"
 #include "Shared/Collectors/LoadStatCollector.h"
 #include "Shared/ProcessContext.h"
+#include "Shared/VTRDaemonConnection.h"
 #include "Shared/VTRPreferences.h"
 #include "Targets/VantorBarCPU/Classes/VantorCPUMenuExtraView.h"
 
@@ -76,6 +77,11 @@ void VTRCPUModule::partialUnload() {
     LoadStatCollector::cleanupShared();
     preferencesChange_.end();
     removeAllDelegates();
+}
+
+void VTRCPUModule::willUnload() {
+    partialUnload();
+    VTRDaemonConnection::cleanupShared();
 }
 
 }  // namespace vantor::inline VANTOR_MODULE

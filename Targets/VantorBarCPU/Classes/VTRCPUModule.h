@@ -18,7 +18,7 @@ public:
     void preferencesChange(const Notification& notification);
     void loadCombinedMode() {}
     void partialUnload() override;
-    void willUnload() override { partialUnload(); }
+    void willUnload() override;
 
     void collectorUpdatedForMode(StatCollector& collector, int mode) override;
 

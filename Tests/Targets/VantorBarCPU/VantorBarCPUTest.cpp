@@ -6,6 +6,7 @@
 #include "Platform/Simulated/SimulatedMenuExtraHost.h"
 #include "Shared/Collectors/CPUStatCollector.h"
 #include "Shared/Collectors/LoadStatCollector.h"
+#include "Shared/VTRDaemonConnection.h"
 #include "Shared/VTRPreferences.h"
 #include "Tests/Support/World.h"
 
@@ -107,6 +108,14 @@ TEST_F(VantorBarCPUTest, UnloadingEndsTheCollectors) {
     world.journal.measurements.clear();
     world.machine.run(5);
     EXPECT_TRUE(world.journal.measurements.empty());
+}
+
+TEST_F(VantorBarCPUTest, UnloadingClosesTheLinkToTheDaemon) {
+    world.machine.run(0.5);
+    VTRDaemonConnection::sharedConnection().connect();
+    extra.willUnload();
+    EXPECT_EQ(world.machine.daemon.linkCount(), 0U);
+    EXPECT_EQ(world.context.existingDaemonConnection(), nullptr);
 }
 
 TEST_F(VantorBarCPUTest, OpensApplicationsOnceTheMenuHasClosed) {
