@@ -43,10 +43,11 @@ bool append(sd_bus_message& message, const PropertyValue::Array& array) {
 bool append(sd_bus_message& message, const PropertyValue::Dictionary& dictionary) {
     return appendContainer(message, SD_BUS_TYPE_ARRAY, "{sv}", [&] {
         bool isGood = true;
-        for (const auto& [key, value] : dictionary)
-            isGood = isGood && appendContainer(message, SD_BUS_TYPE_DICT_ENTRY, "sv", [&] {
-                         return append(message, key) && appendVariant(message, value);
-                     });
+        for (const auto& entry : dictionary)
+            isGood =
+                isGood && appendContainer(message, SD_BUS_TYPE_DICT_ENTRY, "sv", [&] {
+                    return append(message, entry.first) && appendVariant(message, entry.second);
+                });
         return isGood;
     });
 }
