@@ -5,6 +5,7 @@
 
 #include "Shared/Collectors/CPUStatCollector.h"
 #include "Shared/Collectors/LoadStatCollector.h"
+#include "Shared/Database/HistoryDatabaseController.h"
 #include "Shared/External/Logging/LGLog.h"
 #include "Shared/KOLVersions.h"
 #include "Shared/SharedInstance.h"
@@ -23,6 +24,7 @@ ProcessContext* currentContext = nullptr;
 
 struct ProcessContext::Singletons {
     SharedInstance<KOLVersions> versions;
+    SharedInstance<HistoryDatabaseController> historyDatabaseController;
     SharedInstance<VTRPreferences> preferences;
     bool preferencesEnded = false;
     SharedInstance<VTRImageCache> imageCache;
@@ -109,6 +111,11 @@ void ProcessContext::dropDaemonConnection() noexcept { singletons_->daemonConnec
 
 VTRDaemonConnection* ProcessContext::existingDaemonConnection() const noexcept {
     return singletons_->daemonConnection.existing();
+}
+
+HistoryDatabaseController& ProcessContext::historyDatabaseController() {
+    return singletons_->historyDatabaseController.get(
+        [&] { return std::make_unique<HistoryDatabaseController>(ports_); });
 }
 
 CPUStatCollector* ProcessContext::existingCPUCollector() const noexcept {

@@ -8,6 +8,7 @@
 namespace vantor::inline VANTOR_MODULE {
 
 class CPUStatCollector;
+class HistoryDatabaseController;
 class KOLVersions;
 class LGLog;
 class LoadStatCollector;
@@ -50,6 +51,7 @@ public:
     void dropDaemonConnection() noexcept;
     /// Null as long as nobody asked for it.
     VTRDaemonConnection* existingDaemonConnection() const noexcept;
+    HistoryDatabaseController& historyDatabaseController();
 
     /// The collectors that there are now; null for one that nobody asked for yet.
     CPUStatCollector* existingCPUCollector() const noexcept;

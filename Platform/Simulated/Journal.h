@@ -24,6 +24,7 @@ public:
 
     void measures(std::string_view, std::optional<int>) override {}
     void updated(std::string_view, int) override {}
+    void committed(std::string_view, std::size_t, std::size_t) override {}
     void extraLoaded(std::string_view) override {}
     void extraUnloaded(std::string_view) override {}
     void logged(std::string_view) override {}

@@ -187,6 +187,14 @@ void EventJournal::updated(std::string_view collector, int mode) {
     end();
 }
 
+void EventJournal::committed(std::string_view file, std::size_t statements, std::size_t failed) {
+    begin("commit");
+    text("file", file);
+    number("statements", static_cast<double>(statements));
+    number("failed", static_cast<double>(failed));
+    end();
+}
+
 void EventJournal::extraLoaded(std::string_view extra) {
     begin("loaded");
     text("extra", extra);

@@ -31,6 +31,7 @@ public:
     void daemon(std::string_view call, const PropertyValue::Array& arguments) override;
     void measures(std::string_view collector, std::optional<int> sequence) override;
     void updated(std::string_view collector, int mode) override;
+    void committed(std::string_view file, std::size_t statements, std::size_t failed) override;
     void extraLoaded(std::string_view extra) override;
     void extraUnloaded(std::string_view extra) override;
     void logged(std::string_view text) override;

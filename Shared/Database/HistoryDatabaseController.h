@@ -25,8 +25,13 @@ public:
     /// The item of that file, opened on first use; null without a path.
     std::shared_ptr<HistoryDatabaseItem>
     databaseWithPath(const std::optional<std::filesystem::path>& path);
+    /// Closes the file, if it is open, and forgets its item. Who still has the item finds its
+    /// connection closed.
     void closeDatabase(const std::filesystem::path& path);
+    /// Closes the file and removes it.
     void deleteDatabase(const std::filesystem::path& path);
+    /// Puts a copy of `backup`, if there is one, in the place of the file. A damaged one leaves no
+    /// file there. `backup` stays as it is.
     void restoreBackup(const std::filesystem::path& backup, const std::filesystem::path& toPath);
 
 private:

@@ -35,6 +35,9 @@ public:
     void updated(std::string_view collector, int mode) override {
         updates.push_back({std::string(collector), mode});
     }
+    void committed(std::string_view file, std::size_t statements, std::size_t failed) override {
+        commits.push_back({std::string(file), statements, failed});
+    }
     void extraLoaded(std::string_view) override { ++loaded; }
     void extraUnloaded(std::string_view) override { ++unloaded; }
 
@@ -46,11 +49,17 @@ public:
         std::string collector;
         int mode;
     };
+    struct Commit {
+        std::string file;
+        std::size_t statements, failed;
+        bool operator==(const Commit&) const = default;
+    };
     std::vector<double> lengths;
     int repaints = 0, loaded = 0, unloaded = 0;
     std::vector<std::string> notifications, systemLogLines, launches, logLines, daemonCalls;
     std::vector<Measurement> measurements;
     std::vector<Update> updates;
+    std::vector<Commit> commits;
 };
 
 /// A scripted machine, and one world of the program on it.

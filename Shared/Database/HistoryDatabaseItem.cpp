@@ -1,0 +1,177 @@
+#include "Shared/Database/HistoryDatabaseItem.h"
+
+#include <atomic>
+#include <mutex>
+#include <string_view>
+#include <utility>
+
+#include <fmt/format.h>
+
+#include "Platform/SystemLog.h"
+#include "Platform/Witness.h"
+#include "Platform/WorkQueues.h"
+#include "Shared/Assertion.h"
+#include "Shared/Database/HistoryLog.h"
+#include "Shared/Database/HistoryRecordList.h"
+
+namespace vantor::inline VANTOR_MODULE {
+namespace {
+
+constexpr std::string_view kReentrant =
+    "inDatabase: was called reentrantly on the same queue, which would lead to a deadlock";
+constexpr std::string_view kOpenCursor =
+    "Warning: there is at least one open result set around after performing "
+    "[SQLDatabaseQueue inDatabase:]";
+
+/// `record`'s statement with the name of its table in it, in the room of `sql`.
+void fillStatement(const HistoryRecord& record, std::string& sql) {
+    constexpr std::string_view kTable = "%@";
+    const std::string_view format = record.format();
+    const auto at = format.find(kTable);
+    sql = format.substr(0, at);
+    if (at != format.npos)
+        (sql += record.table()) += format.substr(at + kTable.size());
+}
+
+}  // namespace
+
+struct HistoryDatabaseItem::Parts {
+    Parts(const Ports& allPorts, const std::filesystem::path& file, const SQLBusyWait& busyWait);
+
+    void openDatabase();
+    void addItem(HistoryRecord record);
+    void commitBatch();
+    void takeBatch();
+    std::size_t writeBatch();
+    void query(const Closure& closure);
+    [[noreturn]] void failReentrant();
+
+    Ports ports;
+    std::string name;  // the file's, without its folder
+    std::optional<std::filesystem::path> path;
+    SQLEnvironment environment;
+    SQLDatabase database;
+    std::atomic<bool> busy = false;
+
+    std::mutex mutex;           // guards the next two
+    HistoryRecordList waiting;  // the queries
+    bool toldOfDropped = false;
+
+    HistoryRecordList batch;  // the queue's own, as is the text
+    std::string sql;
+    std::unique_ptr<SerialQueue> queue;  // ends first, when it has run what it had
+};
+
+HistoryDatabaseItem::Parts::Parts(const Ports& allPorts, const std::filesystem::path& file,
+                                  const SQLBusyWait& busyWait)
+    : ports(allPorts), name(file.filename().string()), environment(ports.systemLog, busyWait),
+      database(environment, file),
+      queue(ports.workQueues.makeSerialQueue(fmt::format("dbqueue-{}", name))) {}
+
+void HistoryDatabaseItem::Parts::openDatabase() {
+    database.setLogsErrors(false);
+    database.setShouldCacheStatements(true);
+    if (!database.open())
+        logHistory(ports, "Could not open db.");
+}
+
+void HistoryDatabaseItem::Parts::addItem(HistoryRecord record) {
+    bool tells = false;
+    {
+        const std::scoped_lock lock(mutex);
+        tells = !waiting.push(std::move(record)) && !std::exchange(toldOfDropped, true);
+    }
+    if (tells)
+        ports.systemLog.write(fmt::format(
+            "The history of {} isn't being written; its oldest samples are dropped.", name));
+}
+
+/// The transaction's beginning isn't asked for: without one each statement is written by itself.
+/// One that an end was refused for is still there at the next batch, whose statements join it and
+/// whose end ends it.
+void HistoryDatabaseItem::Parts::commitBatch() {
+    busy = true;
+    takeBatch();
+    const std::size_t statements = batch.size();
+    database.beginTransaction();
+    const std::size_t failed = writeBatch();
+    busy = false;
+    batch.clear();
+    database.commit();
+    if (ports.witness != nullptr)
+        ports.witness->committed(name, statements, failed);
+}
+
+/// Here, on the queue, so that the batch has what was added up to now.
+void HistoryDatabaseItem::Parts::takeBatch() {
+    const std::scoped_lock lock(mutex);
+    std::swap(batch, waiting);
+    toldOfDropped = false;
+}
+
+/// Answers how many of its statements failed.
+std::size_t HistoryDatabaseItem::Parts::writeBatch() {
+    std::size_t failed = 0;
+    for (std::size_t index = 0; index < batch.size(); ++index) {
+        fillStatement(batch[index], sql);
+        failed += database.executeUpdate(sql, batch[index].args()) ? 0 : 1;
+    }
+    return failed;
+}
+
+void HistoryDatabaseItem::Parts::query(const Closure& closure) {
+    closure(database);
+    if (database.hasOpenResultSets())
+        logHistory(ports, kOpenCursor);
+}
+
+void HistoryDatabaseItem::Parts::failReentrant() {
+    logHistory(ports, kReentrant);
+    failAssertion(ports.systemLog, fmt::format("currentSyncQueue != self && \"{}\"", kReentrant));
+}
+
+HistoryDatabaseItem::HistoryDatabaseItem(const Ports& ports, const std::filesystem::path& path,
+                                         const SQLBusyWait& busyWait)
+    : parts_(std::make_unique<Parts>(ports, path, busyWait)) {
+    parts_->queue->sync([parts = parts_.get()] { parts->openDatabase(); });
+}
+
+HistoryDatabaseItem::~HistoryDatabaseItem() = default;
+
+void HistoryDatabaseItem::addItem(HistoryRecord record) { parts_->addItem(std::move(record)); }
+
+void HistoryDatabaseItem::commit() {
+    parts_->queue->async([parts = parts_.get()] { parts->commitBatch(); });
+}
+
+void HistoryDatabaseItem::queryDatabase(const Closure& closure) {
+    if (parts_->queue->isCurrent())
+        parts_->failReentrant();
+    parts_->queue->sync([this, &closure] { parts_->query(closure); });
+}
+
+void HistoryDatabaseItem::queryDatabaseAsync(Closure closure) {
+    parts_->queue->async(
+        [parts = parts_.get(), work = std::move(closure)] { work(parts->database); });
+}
+
+void HistoryDatabaseItem::close() { parts_->database.close(); }
+
+SQLDatabase& HistoryDatabaseItem::database() noexcept { return parts_->database; }
+SerialQueue& HistoryDatabaseItem::queue() noexcept { return *parts_->queue; }
+bool HistoryDatabaseItem::busy() const noexcept { return parts_->busy; }
+
+const std::optional<std::filesystem::path>& HistoryDatabaseItem::path() const noexcept {
+    return parts_->path;
+}
+
+void HistoryDatabaseItem::setPath(std::optional<std::filesystem::path> path) {
+    parts_->path = std::move(path);
+}
+
+std::size_t HistoryDatabaseItem::queries() const {
+    const std::scoped_lock lock(parts_->mutex);
+    return parts_->waiting.size();
+}
+
+}  // namespace vantor::inline VANTOR_MODULE
