@@ -18,7 +18,7 @@ void HistoryRecordList::clear() noexcept {
     records_.clear();
     first_ = 0;
     if (records_.capacity() > kKeptRecords)
-        records_ = {};
+        records_ = std::vector<HistoryRecord>();  // "{}" would keep the room
 }
 
 }  // namespace vantor::inline VANTOR_MODULE

@@ -275,12 +275,11 @@ private:
     static int SQLDatabaseBusyHandler(void* database, int count) noexcept;
     bool mayRetry(int count) noexcept;
     void warnInUse();
-    bool hasPrepareFailed(int answer);
     std::shared_ptr<SQLStatement> statementFor(std::string_view sql);
     bool bind(SQLStatement& statement, const SQLArguments& arguments, bool copies);
     bool stepOnce(const SQLStatement& statement, std::string_view sql);
-    bool runSavePoint(std::string_view before, std::optional<std::string_view> name,
-                      std::string_view behind, Error* error);
+    bool executeSavePoint(std::string_view before, std::optional<std::string_view> name,
+                          std::string_view behind, Error* error);
     std::uint32_t integerPragma(std::string_view sql);
 
     SQLEnvironment& environment_;

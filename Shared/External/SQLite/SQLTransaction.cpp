@@ -1,4 +1,4 @@
-// How an SQLDatabase begins and ends transactions and savepoints.
+#include "Shared/External/SQLite/SQLTransaction.h"
 
 #include <fmt/format.h>
 
@@ -32,8 +32,8 @@ bool SQLDatabase::rollback() {
     return ended;
 }
 
-bool SQLDatabase::runSavePoint(std::string_view before, std::optional<std::string_view> name,
-                               std::string_view behind, Error* error) {
+bool SQLDatabase::executeSavePoint(std::string_view before, std::optional<std::string_view> name,
+                                   std::string_view behind, Error* error) {
     if (!name)
         failAssertion(environment_.systemLog, "Invalid parameter not satisfying: name");
     const std::string sql = fmt::format("{}{}{}", before, quotesDoubled(*name), behind);
@@ -44,28 +44,53 @@ bool SQLDatabase::runSavePoint(std::string_view before, std::optional<std::strin
 }
 
 bool SQLDatabase::startSavePointWithName(std::optional<std::string_view> name, Error* error) {
-    return runSavePoint("savepoint '", name, "';", error);
+    return executeSavePoint("savepoint '", name, "';", error);
 }
 
 bool SQLDatabase::releaseSavePointWithName(std::optional<std::string_view> name, Error* error) {
-    return runSavePoint("release savepoint '", name, "';", error);
+    return executeSavePoint("release savepoint '", name, "';", error);
 }
 
 bool SQLDatabase::rollbackToSavePointWithName(std::optional<std::string_view> name, Error* error) {
-    return runSavePoint("rollback transaction to savepoint '", name, "';", error);
+    return executeSavePoint("rollback transaction to savepoint '", name, "';", error);
 }
 
 SQLDatabase::Error SQLDatabase::inSavePoint(const SavePointClosure& closure) {
     const std::string name = fmt::format("dbSavePoint{}", environment_.databaseSavePoints++);
-    Error error;
-    if (!startSavePointWithName(name, &error))
+    bool started = false;
+    const auto run = [&](SQLDatabase*, bool& rollback) {
+        started = true;
+        closure(rollback);
+    };
+    const Error error = runSavePoint(this, name, run);
+    return started ? std::nullopt : error;
+}
+
+void runTransaction(SQLDatabase* database, SQLTransaction kind,
+                    const SQLTransactionClosure& closure) {
+    if (database != nullptr && kind == SQLTransaction::exclusive)
+        database->beginTransaction();
+    else if (database != nullptr)
+        database->beginDeferredTransaction();
+    bool rollback = false;
+    closure(database, rollback);
+    if (database != nullptr && rollback)
+        database->rollback();
+    else if (database != nullptr)
+        database->commit();
+}
+
+std::optional<SQLError> runSavePoint(SQLDatabase* database, std::string_view name,
+                                     const SQLTransactionClosure& closure) {
+    std::optional<SQLError> error;
+    if (database == nullptr || !database->startSavePointWithName(name, &error))
         return error;
     bool rollback = false;
-    closure(rollback);
+    closure(database, rollback);
     if (rollback)
-        rollbackToSavePointWithName(name);
-    releaseSavePointWithName(name);
-    return std::nullopt;
+        database->rollbackToSavePointWithName(name, &error);
+    database->releaseSavePointWithName(name, &error);
+    return error;
 }
 
 }  // namespace vantor::inline VANTOR_MODULE
