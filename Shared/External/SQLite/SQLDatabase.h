@@ -25,6 +25,8 @@ struct sqlite3_value;
 
 namespace vantor::inline VANTOR_MODULE {
 
+enum class BoundBytes;
+
 /// One connection, its prepared statements and its open cursors. A file is opened with SQLite's
 /// defaults: no pragma is set.
 /// Errors: silent. A failure shows in the result and in `lastErrorCode` and `lastErrorMessage`,
@@ -276,7 +278,8 @@ private:
     bool mayRetry(int count) noexcept;
     void warnInUse();
     std::shared_ptr<SQLStatement> statementFor(std::string_view sql);
-    bool bind(SQLStatement& statement, const SQLArguments& arguments, bool copies);
+    bool bind(SQLStatement& statement, const SQLArguments& arguments, BoundBytes bytes);
+    void keepStatement(const std::shared_ptr<SQLStatement>& statement, std::string_view sql);
     bool stepOnce(const SQLStatement& statement, std::string_view sql);
     bool executeSavePoint(std::string_view before, std::optional<std::string_view> name,
                           std::string_view behind, Error* error);

@@ -69,8 +69,7 @@ std::shared_ptr<SQLStatement> SQLDatabase::statementFor(std::string_view sql) {
 }
 
 /// Where a value is missing, the statement is closed.
-bool SQLDatabase::bind(SQLStatement& statement, const SQLArguments& arguments, bool copies) {
-    const BoundBytes bytes = copies ? BoundBytes::copied : BoundBytes::inPlace;
+bool SQLDatabase::bind(SQLStatement& statement, const SQLArguments& arguments, BoundBytes bytes) {
     const SQLDateFormat* const dates = dateFormat_ ? &*dateFormat_ : nullptr;
     const int bound = bindArguments(arguments, statement.statement(), bytes, dates);
     if (bound == sqlite3_bind_parameter_count(statement.statement()))
@@ -79,6 +78,13 @@ bool SQLDatabase::bind(SQLStatement& statement, const SQLArguments& arguments, b
     if (cachedStatements_)
         cachedStatements_->remove(statement);
     return false;
+}
+
+/// One that came from the cache has its text already.
+void SQLDatabase::keepStatement(const std::shared_ptr<SQLStatement>& statement,
+                                std::string_view sql) {
+    if (statement->query().empty() && !sql.empty())
+        setCachedStatement(statement, sql);
 }
 
 std::unique_ptr<SQLResultSet>
@@ -91,11 +97,10 @@ SQLDatabase::executeQuery(std::string_view sql, std::span<const PropertyValue> w
         return nullptr;
     auto statement = statementFor(sql);
     // The rows are read when the caller's values may be gone: SQLite keeps copies.
-    if (!statement ||
-        !bind(*statement, {withArgumentsInArray, orDictionary, orVAList.values}, true))
+    if (!statement || !bind(*statement, {withArgumentsInArray, orDictionary, orVAList.values},
+                            BoundBytes::copied))
         return nullptr;
-    if (statement->query().empty() && !sql.empty())
-        setCachedStatement(statement, sql);
+    keepStatement(statement, sql);
     auto resultSet = SQLResultSet::resultSetWithStatement(statement, *this);
     resultSet->setQuery(sql);
     openResultSets_.push_back(resultSet.get());
@@ -114,12 +119,11 @@ bool SQLDatabase::executeUpdate(std::string_view sql, Error* error,
     const auto statement = statementFor(sql);
     if (!statement && error != nullptr)
         *error = lastError();
-    if (!statement ||
-        !bind(*statement, {withArgumentsInArray, orDictionary, orVAList.values}, false))
+    if (!statement || !bind(*statement, {withArgumentsInArray, orDictionary, orVAList.values},
+                            BoundBytes::inPlace))
         return false;
     const bool done = stepOnce(*statement, sql);
-    if (statement->query().empty() && !sql.empty())
-        setCachedStatement(statement, sql);
+    keepStatement(statement, sql);
     statement->setUseCount(statement->useCount() + 1);
     statement->reset();
     return done;

@@ -37,5 +37,12 @@ TEST_F(EventJournalTest, ACallToTheDaemonIsALineWithItsArguments) {
                              begin + R"("setFanSet:","arguments":[["fan \"1\"",1.5]]})" + "\n");
 }
 
+TEST_F(EventJournalTest, ACommitIsALine) {
+    journal.committed("cpu.db", 25, 1);
+    EXPECT_EQ(written(), R"({"time":1425900000,"at":0,"kind":"commit","file":"cpu.db",)"
+                         R"("statements":25,"failed":1})"
+                         "\n");
+}
+
 }  // namespace
 }  // namespace vantor

@@ -113,12 +113,13 @@ TEST_F(SQLDatabaseExecutionTest, TextsWithoutAStatementFail) {
 }
 
 TEST_F(SQLDatabaseExecutionTest, AQueryKeepsTheValuesThatItWasGiven) {
-    auto word = std::make_unique<std::vector<PropertyValue>>();
-    word->emplace_back(std::string(100, 'w'));
+    const char* const longWord =
+        "a word that is too long to be kept inside of the object of a text";
+    auto word = std::make_unique<std::vector<PropertyValue>>(1, PropertyValue(longWord));
     const auto rows = database.executeQuery("select ?", *word);
     word.reset();  // the address sanitizer would notice
     ASSERT_TRUE(rows->next());
-    EXPECT_EQ(rows->stringForColumnIndex(0), std::string(100, 'w'));
+    EXPECT_EQ(rows->stringForColumnIndex(0), longWord);
 }
 
 TEST_F(SQLDatabaseExecutionTest, AStatementIsPreparedOnceAndKept) {

@@ -36,14 +36,12 @@ protected:
 
 TEST_F(SQLResultSetTest, ARowIsReadInTheCaseOfTheQuery) {
     const auto rows = row("select 1 as Sample, 2.5 as user, 'x' as text, null as none");
-    EXPECT_EQ(
-        rows->resultDictionary(),
-        (Dictionary{
-            {"Sample", NSInt(1)}, {"user", 2.5}, {"text", "x"}, {"none", PropertyValue{}}}));
-    EXPECT_EQ(
-        rows->resultDict(),
-        (Dictionary{
-            {"sample", NSInt(1)}, {"user", 2.5}, {"text", "x"}, {"none", PropertyValue{}}}));
+    EXPECT_EQ(rows->resultDictionary(),
+              (Dictionary{
+                  {"Sample", NSInt(1)}, {"user", 2.5}, {"text", "x"}, {"none", PropertyValue{}}}));
+    EXPECT_EQ(rows->resultDict(),
+              (Dictionary{
+                  {"sample", NSInt(1)}, {"user", 2.5}, {"text", "x"}, {"none", PropertyValue{}}}));
 }
 
 TEST_F(SQLResultSetTest, WithoutARowThereIsNothing) {
