@@ -8,8 +8,10 @@ class CallStack;
 class Clock;
 class DaemonTransport;
 class Directories;
+class Displays;
 class DistributedNotifications;
 class FileSystem;
+class GraphicsControl;
 class LoadAverages;
 class MachineIdentity;
 class MainQueue;
@@ -17,9 +19,11 @@ class NotificationCenter;
 class PreferenceDomain;
 class ProcessorCounters;
 class RegionalSettings;
+class Registry;
 class SystemLog;
 class ThisProcess;
 class TimeZone;
+class WindowServer;
 class Witness;
 class WorkQueues;
 class Workspace;
@@ -47,6 +51,10 @@ struct Ports {
     FileSystem& fileSystem;
     ThisProcess& thisProcess;
     TimeZone& timeZone;
+    Registry& registry;
+    GraphicsControl& graphicsControl;
+    Displays& displays;
+    WindowServer& windowServer;
     Witness* witness = nullptr;
 };
 
@@ -85,6 +93,10 @@ inline Ports overriddenPorts(const Ports& ports, const PortOverrides& overrides)
             .fileSystem = pick(overrides.fileSystem, ports.fileSystem),
             .thisProcess = ports.thisProcess,
             .timeZone = ports.timeZone,
+            .registry = ports.registry,
+            .graphicsControl = ports.graphicsControl,
+            .displays = ports.displays,
+            .windowServer = ports.windowServer,
             .witness = ports.witness};
 }
 

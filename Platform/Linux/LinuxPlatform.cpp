@@ -22,7 +22,8 @@ LinuxPlatform::LinuxPlatform(const DirectorySources& sources, const KernelFiles&
       workspace_(mainQueue_, buses_.system, directories_, sources.environment),
       fileWatches_(mainQueue_), fileSystem_(fileWatches_),
       daemonTransport_(mainQueue_, sessionBusAddress(sources.environment),
-                       systemBusAddress(sources.environment)) {
+                       systemBusAddress(sources.environment)),
+      windowServer_(clock_) {
     distributedNotifications_.setArrived([this] { preferences_.noteChanged(); });
 }
 
@@ -46,7 +47,11 @@ Ports LinuxPlatform::ports() noexcept {
             .callStack = callStack_,
             .fileSystem = fileSystem_,
             .thisProcess = thisProcess_,
-            .timeZone = timeZone_};
+            .timeZone = timeZone_,
+            .registry = registry_,
+            .graphicsControl = graphicsControl_,
+            .displays = displays_,
+            .windowServer = windowServer_};
 }
 
 }  // namespace vantor

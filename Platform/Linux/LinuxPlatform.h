@@ -12,18 +12,22 @@
 #include "Platform/Linux/LinuxClock.h"
 #include "Platform/Linux/LinuxDaemonTransport.h"
 #include "Platform/Linux/LinuxDirectories.h"
+#include "Platform/Linux/LinuxDisplays.h"
 #include "Platform/Linux/LinuxDistributedNotifications.h"
 #include "Platform/Linux/LinuxFileSystem.h"
 #include "Platform/Linux/LinuxFileWatches.h"
+#include "Platform/Linux/LinuxGraphicsControl.h"
 #include "Platform/Linux/LinuxLoadAverages.h"
 #include "Platform/Linux/LinuxMachineIdentity.h"
 #include "Platform/Linux/LinuxMainQueue.h"
 #include "Platform/Linux/LinuxPreferenceDomain.h"
 #include "Platform/Linux/LinuxProcessorCounters.h"
 #include "Platform/Linux/LinuxRegionalSettings.h"
+#include "Platform/Linux/LinuxRegistry.h"
 #include "Platform/Linux/LinuxSystemLog.h"
 #include "Platform/Linux/LinuxThisProcess.h"
 #include "Platform/Linux/LinuxTimeZone.h"
+#include "Platform/Linux/LinuxWindowServer.h"
 #include "Platform/Linux/LinuxWorkQueues.h"
 #include "Platform/Linux/LinuxWorkspace.h"
 #include "Platform/Ports.h"
@@ -42,6 +46,8 @@ public:
 
     Ports ports() noexcept;
     LinuxMainQueue& mainQueue() noexcept { return mainQueue_; }
+    /// Hosts with a frame clock tell it of their frames.
+    LinuxWindowServer& windowServer() noexcept { return windowServer_; }
     BusConnection& sessionBus() noexcept { return buses_.session; }
 
 private:
@@ -68,6 +74,10 @@ private:
     LinuxThisProcess thisProcess_;
     LinuxTimeZone timeZone_;
     LinuxDaemonTransport daemonTransport_;
+    LinuxRegistry registry_;
+    LinuxGraphicsControl graphicsControl_;
+    LinuxDisplays displays_;
+    LinuxWindowServer windowServer_;
     LinuxWorkQueues workQueues_;
 };
 

@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Platform/Appearance.h"
+#include "Platform/Simulated/RegistryScenario.h"
 #include "Platform/Simulated/ScenarioObject.h"
 
 namespace vantor::simulated {
@@ -42,8 +43,8 @@ std::vector<SimulatedProcessorCounters::Rates> rateRows(const ScenarioValue& val
     std::vector<SimulatedProcessorCounters::Rates> rows;
     for (const ScenarioValue& row : value.elements(cpus)) {
         const auto states = row.elements(4);
-        rows.push_back({states[0].number(), states[1].number(), states[2].number(),
-                        states[3].number()});
+        rows.push_back(
+            {states[0].number(), states[1].number(), states[2].number(), states[3].number()});
     }
     return rows;
 }
@@ -83,16 +84,6 @@ PropertyValue processRecords(const ScenarioValue& value) {
     return records;
 }
 
-/// Facilities that a scenario may describe and that nothing of this program looks at.
-void checkUnusedFacilities(ScenarioObject& object) {
-    object.with("registry", [](const ScenarioValue& value) { ScenarioObject{value}; });
-    object.with("fps", [](const ScenarioValue& value) { value.isNull() ? 0 : value.number(); });
-    object.with("graphicsControl", [](const ScenarioValue& value) {
-        if (!value.isNull() && !(value.json().is_string() && value.text() == "fail"))
-            value.number();
-    });
-}
-
 MachineChange machineChange(ScenarioObject& object, std::size_t cpus) {
     MachineChange change;
     object.with("ticks", [&](auto& value) { change.ticks = ticksRows(value, cpus); });
@@ -101,8 +92,15 @@ MachineChange machineChange(ScenarioObject& object, std::size_t cpus) {
     object.with("tasks", [&](auto& value) { change.tasks = taskCount(value); });
     object.with("threads", [&](auto& value) { change.threads = taskCount(value); });
     object.with("processes", [&](auto& value) { change.processes = processRecords(value); });
-    checkUnusedFacilities(object);
+    object.with("registry", [&](auto& value) { change.registry = registryTree(value); });
+    object.with("fps", [&](auto& value) { change.frameRate = frameRate(value); });
+    object.with("graphicsControl",
+                [&](auto& value) { change.graphicsControl = graphicsAnswer(value); });
     return change;
+}
+
+std::optional<std::string> optionalText(const ScenarioValue& value) {
+    return value.isNull() ? std::nullopt : std::optional(value.text());
 }
 
 void readMachine(const ScenarioValue& value, Scenario& scenario) {
@@ -119,11 +117,9 @@ void readMachine(const ScenarioValue& value, Scenario& scenario) {
         const auto seconds = static_cast<std::int64_t>(boot.numberAtLeast(0));
         scenario.bootSeconds = seconds == 0 ? std::nullopt : std::optional(seconds);
     });
-    object.with("model", [&](const ScenarioValue& model) {
-        scenario.model = model.isNull() ? std::nullopt : std::optional(model.text());
-    });
-    object.with("serial", [](auto& serial) { serial.isNull() ? "" : serial.text().c_str(); });
-    object.with("screens", [](const ScenarioValue& screens) { screens.elements(); });
+    object.with("model", [&](auto& value) { scenario.model = optionalText(value); });
+    object.with("serial", [&](auto& value) { scenario.serial = optionalText(value); });
+    object.with("screens", [&](auto& value) { scenario.screens = screenList(value); });
     scenario.machine = machineChange(object, scenario.cpus);
     object.finish();
 }
@@ -153,9 +149,8 @@ PreferenceWrite preferenceWrite(const ScenarioValue& value) {
         if (!word.isNull())
             write.info["resetKey"] = word.text();
     });
-    object.with("post", [&](const ScenarioValue& post) {
-        write.notification = notificationNamed(post);
-    });
+    object.with("post",
+                [&](const ScenarioValue& post) { write.notification = notificationNamed(post); });
     object.finish();
     return write;
 }
@@ -354,9 +349,9 @@ std::string placeOfByte(std::string_view text, std::size_t byte) {
     return fmt::format("line {}, column {}", line, before.size() - lineStart + 1);
 }
 
-nlohmann::json parsed(std::string_view text) {
+ScenarioJSON parsed(std::string_view text) {
     try {
-        return nlohmann::json::parse(text);
+        return ScenarioJSON::parse(text);
     } catch (const nlohmann::json::parse_error& error) {
         throw ScenarioError(placeOfByte(text, error.byte), "not JSON");
     } catch (const nlohmann::json::exception&) {
@@ -367,7 +362,7 @@ nlohmann::json parsed(std::string_view text) {
 }  // namespace
 
 Scenario scenarioFromText(std::string_view text) {
-    const nlohmann::json root = parsed(text);
+    const ScenarioJSON root = parsed(text);
     ScenarioObject object(ScenarioValue(root, ""));
     Scenario scenario;
     readTime(object, scenario);

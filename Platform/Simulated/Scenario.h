@@ -16,7 +16,9 @@
 #include "Platform/LoadAverages.h"
 #include "Platform/MachineIdentity.h"
 #include "Platform/ProcessorCounters.h"
+#include "Platform/Simulated/SimulatedGraphics.h"
 #include "Platform/Simulated/SimulatedProcessorCounters.h"
+#include "Platform/Simulated/SimulatedRegistry.h"
 
 namespace vantor::simulated {
 
@@ -33,12 +35,15 @@ struct MachineChange {
     std::optional<FixedLoads> loads;
     std::optional<std::int32_t> tasks, threads;
     std::optional<PropertyValue> processes;  // an array of records; nothing without a daemon
+    std::optional<RegistryNode> registry;
+    std::optional<GraphicsAnswer> graphicsControl;
+    std::optional<std::optional<double>> frameRate;  // nothing inside: the question fails
 };
 
 /// The preferences application writes the domain and says so.
 struct PreferenceWrite {
     std::string key;
-    PropertyValue value;  // nothing removes the key
+    PropertyValue value;       // nothing removes the key
     std::string notification;  // "" says nothing
     NotificationInfo info;
 };
@@ -105,7 +110,8 @@ struct Scenario {
     std::int64_t configuredCPUs = 2, logicalCores = 2, physicalCores = 2;
     MachineChange machine;
     std::optional<std::int64_t> bootSeconds;
-    std::optional<std::string> model;
+    std::optional<std::string> model, serial;
+    std::vector<SimulatedScreen> screens;
 
     PropertyValue::Dictionary preferences;
     bool dark = false, contrast = false;

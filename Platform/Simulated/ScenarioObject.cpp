@@ -17,7 +17,7 @@ ScenarioError::ScenarioError(std::string_view place, std::string_view reason)
     : std::runtime_error(place.empty() ? std::string(reason)
                                        : fmt::format("{}: {}", place, reason)) {}
 
-ScenarioValue::ScenarioValue(const nlohmann::json& value, std::string place)
+ScenarioValue::ScenarioValue(const ScenarioJSON& value, std::string place)
     : value_(value), place_(std::move(place)) {}
 
 void ScenarioValue::fail(std::string_view reason) const { throw ScenarioError(place_, reason); }
@@ -105,9 +105,9 @@ std::optional<ScenarioValue> ScenarioObject::find(std::string_view key) {
     const auto entry = value_.json().find(key);
     if (entry == value_.json().end())
         return std::nullopt;
-    return ScenarioValue(*entry,
-                         value_.place().empty() ? std::string(key)
-                                                : fmt::format("{}/{}", value_.place(), key));
+    return ScenarioValue(*entry, value_.place().empty()
+                                     ? std::string(key)
+                                     : fmt::format("{}/{}", value_.place(), key));
 }
 
 ScenarioValue ScenarioObject::require(std::string_view key) {

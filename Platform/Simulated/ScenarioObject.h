@@ -13,13 +13,16 @@
 
 namespace vantor::simulated {
 
+/// Objects keep their keys in the order of the file.
+using ScenarioJSON = nlohmann::ordered_json;
+
 /// A value of a scenario with the place where it stands, for the reader to take apart. What
 /// doesn't fit throws ScenarioError with that place.
 class ScenarioValue {
 public:
-    ScenarioValue(const nlohmann::json& value, std::string place);
+    ScenarioValue(const ScenarioJSON& value, std::string place);
 
-    const nlohmann::json& json() const noexcept { return value_; }
+    const ScenarioJSON& json() const noexcept { return value_; }
     const std::string& place() const noexcept { return place_; }
     [[noreturn]] void fail(std::string_view reason) const;
 
@@ -35,7 +38,7 @@ public:
     std::vector<ScenarioValue> elements(std::size_t count = kAnyCount) const;
 
 private:
-    const nlohmann::json& value_;
+    const ScenarioJSON& value_;
     std::string place_;
 };
 

@@ -149,16 +149,34 @@ private:
     bool dark_ = false, contrast_ = false;
 };
 
+/// Tells what it was told; at first nothing but a version.
 class SimulatedMachineIdentity final : public MachineIdentity {
 public:
-    void setModelIdentifier(std::optional<std::string> model) { model_ = std::move(model); }
-    void setSystemVersion(SystemVersion version) noexcept { version_ = version; }
-    std::optional<std::string> modelIdentifier() const override { return model_; }
-    SystemVersion systemVersion() const noexcept override { return version_; }
+    struct Answers {
+        std::optional<std::string> model, serial, processorBrand, memoryProfile;
+        std::optional<PropertyValue::Data> boardID;
+        std::optional<std::int64_t> processorHertz, memoryBytes;
+        std::map<std::string, HardwareAddress, std::less<>> hardwareAddresses;
+        SystemVersion version{10, 11, 0};
+    };
+    Answers answers;
 
-private:
-    std::optional<std::string> model_;
-    SystemVersion version_{10, 11, 0};
+    void setModelIdentifier(std::optional<std::string> model) { answers.model = std::move(model); }
+    void setSystemVersion(SystemVersion version) noexcept { answers.version = version; }
+
+    std::optional<std::string> modelIdentifier() const override { return answers.model; }
+    std::optional<std::string> serialNumber() const override { return answers.serial; }
+    std::optional<PropertyValue::Data> boardID() const override { return answers.boardID; }
+    std::optional<std::string> processorBrand() const override { return answers.processorBrand; }
+    std::optional<std::int64_t> processorHertz() const override { return answers.processorHertz; }
+    std::optional<std::int64_t> memoryBytes() const override { return answers.memoryBytes; }
+    std::optional<std::string> memoryProfile() const override { return answers.memoryProfile; }
+    std::optional<HardwareAddress> hardwareAddress(std::string_view interface) const override {
+        const auto found = answers.hardwareAddresses.find(interface);
+        return found == answers.hardwareAddresses.end() ? std::nullopt
+                                                        : std::optional(found->second);
+    }
+    SystemVersion systemVersion() const noexcept override { return answers.version; }
 };
 
 /// The settings that go with a language tag, such as "en_US" or "ja_JP".

@@ -6,7 +6,8 @@ SimulatedMachine::SimulatedMachine(double start, double latencySeconds, Journal*
     : journal(journalOrNull), mainQueue(start, latencySeconds), clock(mainQueue),
       processorCounters(mainQueue), systemLog(journal), workspace(journal),
       distributedNotifications(mainQueue, journal), localNotifications(journal),
-      fileSystem(clock, mainQueue), daemon(mainQueue, distributedNotifications, journal) {}
+      displays(registry), fileSystem(clock, mainQueue),
+      daemon(mainQueue, distributedNotifications, journal) {}
 
 Ports SimulatedMachine::ports() {
     return {.clock = clock,
@@ -29,6 +30,10 @@ Ports SimulatedMachine::ports() {
             .fileSystem = fileSystem,
             .thisProcess = thisProcess,
             .timeZone = timeZone,
+            .registry = registry,
+            .graphicsControl = graphicsControl,
+            .displays = displays,
+            .windowServer = windowServer,
             .witness = journal};
 }
 

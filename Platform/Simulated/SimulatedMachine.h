@@ -6,9 +6,11 @@
 #include "Platform/Simulated/SimulatedDistributedNotifications.h"
 #include "Platform/Simulated/SimulatedFacilities.h"
 #include "Platform/Simulated/SimulatedFileSystem.h"
+#include "Platform/Simulated/SimulatedGraphics.h"
 #include "Platform/Simulated/SimulatedMainQueue.h"
 #include "Platform/Simulated/SimulatedPreferenceDomain.h"
 #include "Platform/Simulated/SimulatedProcessorCounters.h"
+#include "Platform/Simulated/SimulatedRegistry.h"
 #include "Platform/Simulated/SimulatedWorkQueues.h"
 
 namespace vantor::simulated {
@@ -47,6 +49,10 @@ struct SimulatedMachine {
     SimulatedFileSystem fileSystem;
     SimulatedThisProcess thisProcess;
     SimulatedTimeZone timeZone;
+    SimulatedRegistry registry;
+    SimulatedGraphicsControl graphicsControl;
+    SimulatedDisplays displays;
+    SimulatedWindowServer windowServer;
 };
 
 }  // namespace vantor::simulated

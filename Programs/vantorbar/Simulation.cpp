@@ -37,6 +37,14 @@ void changeMachine(const MachineChange& change, SimulatedMachine& machine) {
     machine.processorCounters.setProcessCounts(counts);
     if (change.processes)
         machine.daemon.setProcesses(*change.processes);
+    if (change.frameRate)
+        machine.windowServer.setFrameRate(*change.frameRate);
+    if (change.graphicsControl)
+        machine.graphicsControl.setAnswer(*change.graphicsControl);
+    if (change.registry) {
+        machine.registry.setTree(*change.registry);
+        machine.displays.reconfigure();
+    }
 }
 
 }  // namespace
@@ -129,6 +137,8 @@ void Simulation::setUpMachine() {
     changeMachine(scenario_.machine, machine_);
     machine_.bootTime.setBootSeconds(scenario_.bootSeconds);
     machine_.machineIdentity.setModelIdentifier(scenario_.model);
+    machine_.machineIdentity.answers.serial = scenario_.serial;
+    machine_.displays.setScreens(scenario_.screens);
     machine_.machineIdentity.setSystemVersion(scenario_.system);
     machine_.regionalSettings.setLocale(scenario_.locale);
     machine_.appearance.setDark(scenario_.dark);
@@ -150,9 +160,8 @@ void Simulation::unloadProgram() {
 }
 
 double Simulation::eventTime() const {
-    return nextEvent_ < scenario_.events.size()
-               ? scenario_.start + scenario_.events[nextEvent_].at
-               : kNever;
+    return nextEvent_ < scenario_.events.size() ? scenario_.start + scenario_.events[nextEvent_].at
+                                                : kNever;
 }
 
 double Simulation::outputTime() const {
@@ -201,9 +210,7 @@ void Simulation::catchUp() {
     }
 }
 
-void Simulation::takeEvent() {
-    std::visit(Act{*this}, scenario_.events[nextEvent_++].action);
-}
+void Simulation::takeEvent() { std::visit(Act{*this}, scenario_.events[nextEvent_++].action); }
 
 void Simulation::takeOutput() {
     std::visit([this](const auto& what) { write(what); }, scenario_.outputs[nextOutput_++].what);

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "Foundation/PropertyValue.h"
+
+namespace vantor {
+
+/// The bytes of a text in base64 with its padding, or nothing where it is anything else.
+std::optional<PropertyValue::Data> dataFromBase64(std::string_view text);
+
+}  // namespace vantor
