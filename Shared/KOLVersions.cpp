@@ -5,8 +5,8 @@
 namespace vantor::inline VANTOR_MODULE {
 
 KOLVersions::KOLVersions(const MachineIdentity& identity)
-    : version_(identity.systemVersion()), isMavericks_(isTenOrLater(9)),
-      isYosemite_(isTenOrLater(10)), isElCapitan_(isTenOrLater(11)) {}
+    : version_(identity.systemVersion()), isMavericks_(mavericks()), isYosemite_(yosemite()),
+      isElCapitan_(elCapitan()) {}
 
 KOLVersions& KOLVersions::sharedVersions() { return ProcessContext::current().versions(); }
 

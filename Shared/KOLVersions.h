@@ -18,6 +18,11 @@ public:
     int minor() const noexcept { return version_.minor; }
     int bugfix() const noexcept { return version_.bugfix; }
 
+    /// What the flags are computed by.
+    bool mavericks() const noexcept { return isTenOrLater(9); }
+    bool yosemite() const noexcept { return isTenOrLater(10); }
+    bool elCapitan() const noexcept { return isTenOrLater(11); }
+
 private:
     bool isTenOrLater(int minor) const noexcept;
 

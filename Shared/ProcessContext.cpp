@@ -8,6 +8,7 @@
 #include "Shared/Database/HistoryDatabaseController.h"
 #include "Shared/External/Logging/LGLog.h"
 #include "Shared/KOLVersions.h"
+#include "Shared/Platforms/PlatformController.h"
 #include "Shared/SharedInstance.h"
 #include "Shared/VTRDaemonConnection.h"
 #include "Shared/VTRImageCache.h"
@@ -25,6 +26,7 @@ ProcessContext* currentContext = nullptr;
 struct ProcessContext::Singletons {
     SharedInstance<KOLVersions> versions;
     SharedInstance<HistoryDatabaseController> historyDatabaseController;
+    SharedInstance<PlatformController> platformController;
     SharedInstance<VTRPreferences> preferences;
     bool preferencesEnded = false;
     SharedInstance<VTRImageCache> imageCache;
@@ -60,6 +62,15 @@ LGLog* ProcessContext::existingLog() const noexcept { return log_.existing(); }
 KOLVersions& ProcessContext::versions() {
     return singletons_->versions.get(
         [&] { return std::make_unique<KOLVersions>(ports_.machineIdentity); });
+}
+
+PlatformController& ProcessContext::platformController() {
+    return singletons_->platformController.get(
+        [&] { return std::make_unique<PlatformController>(ports_); });
+}
+
+PlatformController* ProcessContext::existingPlatformController() const noexcept {
+    return singletons_->platformController.existing();
 }
 
 VTRPreferences* ProcessContext::preferences() {

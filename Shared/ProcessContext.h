@@ -13,6 +13,7 @@ class KOLVersions;
 class LGLog;
 class LoadStatCollector;
 class VTRDaemonConnection;
+class PlatformController;
 class VTRImageCache;
 class VTRPreferences;
 class VTRTranslations;
@@ -38,6 +39,7 @@ public:
     LGLog& log();
     LGLog* existingLog() const noexcept;
     KOLVersions& versions();
+    PlatformController& platformController();
     /// Null once `cleanupPreferences` was called: that singleton isn't made again.
     VTRPreferences* preferences();
     void cleanupPreferences() noexcept;
@@ -56,6 +58,8 @@ public:
     /// The collectors that there are now; null for one that nobody asked for yet.
     CPUStatCollector* existingCPUCollector() const noexcept;
     LoadStatCollector* existingLoadCollector() const noexcept;
+    /// Null for a machine that nobody asked for yet.
+    PlatformController* existingPlatformController() const noexcept;
 
 private:
     struct Singletons;

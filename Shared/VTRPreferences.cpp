@@ -16,6 +16,7 @@
 #include "Platform/RegionalSettings.h"
 #include "Shared/DefaultSettings.h"
 #include "Shared/KOLVersions.h"
+#include "Shared/Platforms/PlatformController.h"
 #include "Shared/ProcessContext.h"
 
 namespace vantor::inline VANTOR_MODULE {
@@ -26,17 +27,6 @@ constexpr std::string_view kNetworkPane = "System/Library/PreferencePanes/Networ
 
 constexpr std::int64_t kSmallestFont = 8;
 constexpr std::array<std::int64_t, 9> kVerticalOffsets{3, 2, 1, 1, 0, 0, 0, -1, -2};
-
-std::string lowerCase(std::string text) {
-    for (char& letter : text)
-        if (letter >= 'A' && letter <= 'Z')
-            letter = static_cast<char>(letter - 'A' + 'a');
-    return text;
-}
-
-bool isLaptopModel(const std::optional<std::string>& identifier) {
-    return lowerCase(identifier.value_or("")).starts_with("macbook");
-}
 
 std::string withoutExtension(std::string_view name) {
     return std::filesystem::path(name).replace_extension().string();

@@ -6,8 +6,8 @@ SimulatedMachine::SimulatedMachine(double start, double latencySeconds, Journal*
     : journal(journalOrNull), mainQueue(start, latencySeconds), clock(mainQueue),
       processorCounters(mainQueue), systemLog(journal), workspace(journal),
       distributedNotifications(mainQueue, journal), localNotifications(journal),
-      displays(registry), fileSystem(clock, mainQueue),
-      daemon(mainQueue, distributedNotifications, journal) {}
+      daemon(mainQueue, distributedNotifications, journal), fileSystem(clock, mainQueue),
+      displays(registry) {}
 
 Ports SimulatedMachine::ports() {
     return {.clock = clock,
