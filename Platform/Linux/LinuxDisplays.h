@@ -1,17 +1,34 @@
 #pragma once
 
+#include <memory>
+
 #include "Platform/Displays.h"
 
 namespace vantor {
 
-/// A machine without screens.
+class DeviceMonitor;
+class LinuxMainQueue;
+class LinuxRegistry;
+
+/// The displays that show a picture, by their plugs; numbered from 1. Who asks for the
+/// notifications makes the listening begin.
 class LinuxDisplays final : public Displays {
 public:
-    std::vector<Screen> screens() override { return {}; }
-    NotificationCenter& notificationCenter() noexcept override { return center_; }
+    /// Both outlive it.
+    LinuxDisplays(LinuxMainQueue& queue, LinuxRegistry& registry);
+    ~LinuxDisplays() override;
+
+    /// The system has told of a device.
+    void devicesChanged();
+
+    std::vector<Screen> screens() override;
+    NotificationCenter& notificationCenter() noexcept override;
 
 private:
+    LinuxMainQueue& queue_;
+    LinuxRegistry& registry_;
     NotificationCenter center_;
+    std::unique_ptr<DeviceMonitor> monitor_;
 };
 
 }  // namespace vantor

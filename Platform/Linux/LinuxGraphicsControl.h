@@ -4,11 +4,19 @@
 
 namespace vantor {
 
-/// A machine whose graphics processors nobody switches.
+class LinuxRegistry;
+
+/// There is something to control where a machine has an integrated graphics processor and
+/// another one. The one that shows a picture is active; of two, the integrated one.
 class LinuxGraphicsControl final : public GraphicsControl {
 public:
-    bool open() override { return false; }
-    std::optional<std::int64_t> activeGPU() override { return std::nullopt; }
+    /// `registry` outlives it.
+    explicit LinuxGraphicsControl(LinuxRegistry& registry) noexcept : registry_(registry) {}
+    bool open() override;
+    std::optional<std::int64_t> activeGPU() override;
+
+private:
+    LinuxRegistry& registry_;
 };
 
 }  // namespace vantor

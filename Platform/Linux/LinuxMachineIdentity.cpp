@@ -14,12 +14,6 @@ namespace {
 constexpr std::size_t kMostBytes = 127;
 constexpr double kMostHertz = 1e12, kMostKilobytes = 1e15;  // more is a mistake
 
-std::string_view trimmed(std::string_view text) noexcept {
-    constexpr std::string_view kBlanks = " \t\r\n\v\f";
-    text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-    return text.substr(0, text.find_last_not_of(kBlanks) + 1);
-}
-
 std::optional<std::int64_t> figure(double value, double scale, double most) noexcept {
     if (!(value > 0 && value * scale <= most))
         return std::nullopt;
@@ -85,20 +79,9 @@ LinuxMachineIdentity::hardwareAddress(std::string_view interface) const {
 }
 
 std::optional<std::string> modelIdentifierOf(std::string_view productName) {
-    const std::string_view name = trimmed(trimmed(productName).substr(0, kMostBytes));
+    const std::string_view name = trimmedText(trimmedText(productName).substr(0, kMostBytes));
     const bool printable = std::ranges::all_of(name, [](char c) { return c >= ' ' && c <= '~'; });
     return printable && !name.empty() ? std::optional<std::string>(name) : std::nullopt;
-}
-
-std::optional<std::string_view> valueOfLine(std::string_view text, std::string_view key) noexcept {
-    while (!text.empty()) {
-        const std::string_view line = text.substr(0, text.find('\n'));
-        text.remove_prefix(std::min(line.size() + 1, text.size()));
-        const auto colon = line.find(':');
-        if (colon != line.npos && trimmed(line.substr(0, colon)) == key)
-            return trimmed(line.substr(colon + 1));
-    }
-    return std::nullopt;
 }
 
 std::optional<HardwareAddress> hardwareAddressOf(std::string_view text) noexcept {

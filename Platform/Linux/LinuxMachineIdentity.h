@@ -36,9 +36,6 @@ private:
 /// where it's empty or isn't printable ASCII.
 std::optional<std::string> modelIdentifierOf(std::string_view productName);
 
-/// The value of the first line "key : value" of a text of /proc, or nothing.
-std::optional<std::string_view> valueOfLine(std::string_view text, std::string_view key) noexcept;
-
 /// "00:1b:63:84:45:e6", in either case.
 std::optional<HardwareAddress> hardwareAddressOf(std::string_view text) noexcept;
 

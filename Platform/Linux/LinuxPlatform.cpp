@@ -23,7 +23,8 @@ LinuxPlatform::LinuxPlatform(const DirectorySources& sources, const KernelFiles&
       fileWatches_(mainQueue_), fileSystem_(fileWatches_),
       daemonTransport_(mainQueue_, sessionBusAddress(sources.environment),
                        systemBusAddress(sources.environment)),
-      windowServer_(clock_) {
+      registry_(clock_, deviceFiles_, {.kernel = files}), graphicsControl_(registry_),
+      displays_(mainQueue_, registry_), windowServer_(clock_) {
     distributedNotifications_.setArrived([this] { preferences_.noteChanged(); });
 }
 

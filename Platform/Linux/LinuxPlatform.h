@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "Foundation/NotificationCenter.h"
+#include "Platform/Linux/DeviceFiles.h"
 #include "Platform/Linux/Environment.h"
 #include "Platform/Linux/KernelFiles.h"
 #include "Platform/Linux/LinuxAppearance.h"
@@ -74,6 +75,7 @@ private:
     LinuxThisProcess thisProcess_;
     LinuxTimeZone timeZone_;
     LinuxDaemonTransport daemonTransport_;
+    SystemDeviceFiles deviceFiles_;
     LinuxRegistry registry_;
     LinuxGraphicsControl graphicsControl_;
     LinuxDisplays displays_;
