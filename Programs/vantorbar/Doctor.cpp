@@ -37,6 +37,49 @@ Diagnosis processors(const MachineFacts& facts) {
             fmt::format("{} in {} cores, {}", cpus, physical, threadsACore(logical, physical))};
 }
 
+Diagnosis machine(const MachineFacts& facts) {
+    const auto& [model, processor, memoryBytes] = facts.identity;
+    const std::string memory =
+        memoryBytes ? fmt::format("{:.1f} GiB", static_cast<double>(*memoryBytes) / 0x1p30)
+                    : "unknown memory";
+    return {kFine, fmt::format("{}, {}, {}", model.value_or("unnamed model"),
+                               processor.value_or("unnamed processor"), memory)};
+}
+
+/// "memory and load", what is told of the two.
+std::string_view toldOf(const GraphicsFacts& graphics) noexcept {
+    if (graphics.tellsMemory)
+        return graphics.tellsLoad ? "memory and load" : "memory alone";
+    return graphics.tellsLoad ? "load alone" : "neither memory nor load";
+}
+
+Diagnosis graphicsProcessor(const GraphicsFacts& graphics) {
+    const std::string what = fmt::format("{}, driven by {}", graphics.model, graphics.driver);
+    if (graphics.driver.empty())
+        return {kLimited, fmt::format("{}, driven by nobody", graphics.model),
+                "load its kernel module"};
+    if (graphics.power == "asleep")
+        return {kFine, what + ", asleep; it is left alone until something wakes it"};
+    const bool tells = graphics.tellsMemory || graphics.tellsLoad;
+    if (graphics.driver == "nvidia" && !tells && graphics.power == "awake")
+        return {kLimited, what + ", whose management library doesn't answer",
+                "install libnvidia-ml.so.1 of the driver's version"};
+    const std::string size =
+        graphics.memoryBytes > 0
+            ? fmt::format(", {:.1f} GiB", static_cast<double>(graphics.memoryBytes) / 0x1p30)
+            : "";
+    return {kFine,
+            fmt::format("{}{}, {}, which tells {}", what, size,
+                        graphics.power.empty() ? "awake" : graphics.power, toldOf(graphics))};
+}
+
+Diagnosis deviceNames(const MachineFacts& facts) {
+    if (!facts.hasDeviceNames && !facts.graphics.empty())
+        return {kLimited, "no list; graphics processors are called by their numbers",
+                "install the package pci.ids, or hwdata"};
+    return {kFine, facts.graphics.empty() ? "not needed" : "listed"};
+}
+
 Diagnosis offlineProcessors(const MachineFacts& facts) {
     if (facts.processors.offline.empty())
         return {kFine, "none"};
@@ -173,6 +216,7 @@ struct Check {
 };
 
 constexpr std::array kChecks{
+    Check{"Machine", machine},
     Check{"Processors", processors},
     Check{"Processors offline", offlineProcessors},
     Check{"Processor counters", counters},
@@ -189,6 +233,7 @@ constexpr std::array kChecks{
     Check{"Resources", resources},
     Check{"Painting", painting},
     Check{"Terminal", terminal},
+    Check{"Device names", deviceNames},
 };
 
 constexpr std::array<std::string_view, 3> kVerdictTexts{"ok", "limited", "MISSING"};
@@ -200,6 +245,11 @@ std::vector<Finding> examine(const MachineFacts& facts) {
     for (const Check& check : kChecks) {
         Diagnosis diagnosis = check.diagnose(facts);
         findings.push_back({check.name, diagnosis.verdict, std::move(diagnosis.what),
+                            std::move(diagnosis.remedy)});
+    }
+    for (const GraphicsFacts& graphics : facts.graphics) {
+        Diagnosis diagnosis = graphicsProcessor(graphics);
+        findings.push_back({"Graphics", diagnosis.verdict, std::move(diagnosis.what),
                             std::move(diagnosis.remedy)});
     }
     return findings;

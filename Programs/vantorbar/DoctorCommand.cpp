@@ -1,6 +1,8 @@
 #include "Programs/vantorbar/DoctorCommand.h"
 
+#include <chrono>
 #include <cstdio>
+#include <thread>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -10,6 +12,12 @@
 #include "Programs/vantorbar/ProgramDirectories.h"
 
 namespace vantor {
+namespace {
+
+/// To attach to their devices, or between two readings of a counter.
+constexpr std::chrono::milliseconds kDriversNeed{1000};
+
+}  // namespace
 
 void addDoctorCommand(CLI::App& app, int& exitStatus) {
     app.add_subcommand("doctor", "Say what this machine offers and what is missing")
@@ -17,6 +25,10 @@ void addDoctorCommand(CLI::App& app, int& exitStatus) {
             LinuxPlatform platform(programDirectories());
             MachineFacts facts = factsFromPorts(platform.ports());
             addFactsOfThisProcess(facts);
+            if (!facts.graphics.empty()) {
+                std::this_thread::sleep_for(kDriversNeed);
+                facts.graphics = graphicsFacts(platform.ports().registry);
+            }
             const auto findings = examine(facts);
             fmt::print("{}", report(findings));
             exitStatus = statusOf(findings);

@@ -14,8 +14,10 @@
 #include "Platform/Linux/LinuxBuses.h"
 #include "Platform/Linux/SharedFile.h"
 #include "Platform/LoadAverages.h"
+#include "Platform/MachineIdentity.h"
 #include "Platform/Ports.h"
 #include "Platform/PreferenceDomain.h"
+#include "Platform/Registry.h"
 #include "Platform/SystemLog.h"
 #include "Programs/vantorbar/TerminalHere.h"
 
@@ -48,6 +50,34 @@ ProcessorFacts processorFacts(const Ports& ports) {
     facts.countersReadable = counters.readTicks(ticks);
     facts.offline = firstLine(ports.directories.systemRoot() / "sys/devices/system/cpu/offline");
     return facts;
+}
+
+IdentityFacts identityFacts(const MachineIdentity& identity) {
+    return {identity.modelIdentifier(), identity.processorBrand(), identity.memoryBytes()};
+}
+
+std::string textOfData(const PropertyValue& value) {
+    std::string text;
+    if (const auto* const data = value.as<PropertyValue::Data>())
+        for (const std::byte byte : *data)
+            text.push_back(static_cast<char>(byte));
+    return text;
+}
+
+void addDriverFacts(RegistryEntry& driver, GraphicsFacts& facts) {
+    const auto* const statistics = driver.property("PerformanceStatistics").dictionary();
+    if (statistics == nullptr)
+        return;
+    facts.tellsMemory = statistics->contains("vramUsedBytes");
+    facts.tellsLoad = statistics->contains("Device Utilization %");
+    facts.power = driver.property("power-state").stringValue();
+    facts.memoryBytes =
+        static_cast<std::uint64_t>(driver.property("VRAM,totalsize").integerValue());
+}
+
+bool hasDeviceNames(const fs::path& root) {
+    return fs::exists(root / "usr/share/misc/pci.ids") ||
+           fs::exists(root / "usr/share/hwdata/pci.ids");
 }
 
 /// Asks `service` for the version of an interface, and waits for the answer.
@@ -112,8 +142,27 @@ PreferenceFacts preferenceFacts(const std::optional<fs::path>& folder) {
     return facts;
 }
 
+std::vector<GraphicsFacts> graphicsFacts(Registry& registry) {
+    std::vector<GraphicsFacts> all;
+    for (const RegistryObject& device :
+         registry.objectsMatching({{std::string(kMatchServiceClass), "IOPCIDevice"}})) {
+        if (device->property("IOName").stringValue() != "display")
+            continue;
+        GraphicsFacts facts{.model = textOfData(device->property("model")),
+                            .driver = device->property("driver").stringValue(),
+                            .power = {}};
+        for (const RegistryObject& child : device->children())
+            addDriverFacts(*child, facts);
+        all.push_back(std::move(facts));
+    }
+    return all;
+}
+
 MachineFacts factsFromPorts(const Ports& ports) {
     MachineFacts facts;
+    facts.identity = identityFacts(ports.machineIdentity);
+    facts.graphics = graphicsFacts(ports.registry);
+    facts.hasDeviceNames = hasDeviceNames(ports.directories.systemRoot());
     facts.processors = processorFacts(ports);
     const FixedLoads loads = ports.loadAverages.readLoads();
     facts.load = static_cast<double>(loads.fixed[0]) / loads.scale;

@@ -12,6 +12,7 @@
 
 namespace vantor {
 
+class Registry;
 struct Ports;
 
 /// A place for files, and whether they could be made there.
@@ -49,8 +50,24 @@ struct TerminalFacts {
     std::size_t columns = 0, rows = 0;
 };
 
+/// What the machine says of itself; nothing where it doesn't.
+struct IdentityFacts {
+    std::optional<std::string> model, processor;
+    std::optional<std::int64_t> memoryBytes;
+};
+
+struct GraphicsFacts {
+    std::string model, driver;  // "" for one that nobody drives
+    std::string power;          // "asleep", "waking", "resting" or "awake"; "" where unknown
+    std::uint64_t memoryBytes = 0;
+    bool tellsMemory = false, tellsLoad = false;
+};
+
 /// What the doctor looks at.
 struct MachineFacts {
+    IdentityFacts identity;
+    std::vector<GraphicsFacts> graphics;
+    bool hasDeviceNames = true;
     ProcessorFacts processors;
     double load = 0;  // over one minute
     std::optional<std::int64_t> bootSeconds;
@@ -63,6 +80,8 @@ struct MachineFacts {
 
 /// What the ports tell. Changes nothing.
 MachineFacts factsFromPorts(const Ports& ports);
+/// What the registry tells of graphics processors. Some drivers answer only the second time.
+std::vector<GraphicsFacts> graphicsFacts(Registry& registry);
 /// Adds what only the process itself can find out: its terminal, its buses and what
 /// it paints with.
 void addFactsOfThisProcess(MachineFacts& facts);

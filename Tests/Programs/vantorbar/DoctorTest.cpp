@@ -16,6 +16,8 @@ FolderFacts healthyFolder() { return {"/home/somebody/place", true, true}; }
 MachineFacts healthyMachine() {
     MachineFacts facts;
     facts.processors = {8, 8, 4, true, {245, 1034}, ""};
+    facts.identity = {"20XW", "Some CPU", std::int64_t{1} << 34};
+    facts.graphics = {{"AMD Radeon", "amdgpu", "awake", std::uint64_t{1} << 33, true, true}};
     facts.load = 0.5;
     facts.bootSeconds = 1425900000;
     facts.sessionBus = facts.systemBus = {true, true};
@@ -53,6 +55,10 @@ TEST(DoctorTest, EachFaultHasItsVerdictAndARemedy) {
     using State = PreferenceFacts::State;
     const std::vector<Case> cases{
         {"Processors", Verdict::missing, [](auto& facts) { facts.processors.cpus = 0; }},
+        {"Graphics", Verdict::limited, [](auto& facts) { facts.graphics[0].driver = ""; }},
+        {"Graphics", Verdict::limited,
+         [](auto& facts) { facts.graphics[0] = {"NVIDIA", "nvidia", "awake", 0, false, false}; }},
+        {"Device names", Verdict::limited, [](auto& facts) { facts.hasDeviceNames = false; }},
         {"Processors", Verdict::limited, [](auto& facts) { facts.processors.physicalCores = 0; }},
         {"Processors offline", Verdict::limited,
          [](auto& facts) { facts.processors.offline = "4-7"; }},
@@ -93,6 +99,24 @@ TEST(DoctorTest, ProcessorsAreCountedInPlainWords) {
     EXPECT_EQ(findingOf(facts, "Processors").what, "8 in 4 cores, 2 threads a core");
     facts.processors.physicalCores = 8;
     EXPECT_EQ(findingOf(facts, "Processors").what, "8 in 8 cores, one thread a core");
+}
+
+TEST(DoctorTest, MachineAndGraphicsAreToldInPlainWords) {
+    MachineFacts facts = healthyMachine();
+    EXPECT_EQ(findingOf(facts, "Machine").what, "20XW, Some CPU, 16.0 GiB");
+    EXPECT_EQ(findingOf(facts, "Graphics").what,
+              "AMD Radeon, driven by amdgpu, 8.0 GiB, awake, which tells memory and load");
+    facts.graphics[0] = {"GeForce", "nouveau", "awake", 0, false, false};
+    EXPECT_EQ(findingOf(facts, "Graphics").what,
+              "GeForce, driven by nouveau, awake, which tells neither memory nor load");
+    facts.identity = {};
+    EXPECT_EQ(findingOf(facts, "Machine").what, "unnamed model, unnamed processor, unknown memory");
+}
+
+TEST(DoctorTest, SleepingGraphicsAreNoFault) {
+    MachineFacts facts = healthyMachine();
+    facts.graphics[0] = {"GeForce", "nvidia", "asleep", 0, false, false};
+    EXPECT_EQ(findingOf(facts, "Graphics").verdict, Verdict::fine);
 }
 
 TEST(DoctorTest, ProcessorsOfUnequalCoresAreNotDividedEvenly) {

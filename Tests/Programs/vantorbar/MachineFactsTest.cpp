@@ -33,6 +33,35 @@ TEST(MachineFactsTest, PortsTellWhatTheMachineIs) {
     EXPECT_EQ(facts.logs.path, folder / "Logs");
 }
 
+TEST(MachineFactsTest, RegistryTellsOfGraphicsProcessors) {
+    simulated::SimulatedMachine machine;
+    const simulated::RegistryNode driver{
+        3,
+        "IOAccelerator",
+        "amdgpu",
+        {{"PerformanceStatistics", PropertyValue::Dictionary{{"vramUsedBytes", 5}}},
+         {"VRAM,totalsize", std::int64_t{1} << 30},
+         {"power-state", "awake"}},
+        {}};
+    const simulated::RegistryNode card{2,
+                                       "IOPCIDevice",
+                                       "card",
+                                       {{"IOName", "display"},
+                                        {"model", PropertyValue::Data{std::byte{'A'}}},
+                                        {"driver", "amdgpu"}},
+                                       {driver}};
+    machine.registry.setTree(
+        {1, "Root", "Root", {}, {card, {4, "IOPCIDevice", "bridge", {{"IOName", "bridge"}}, {}}}});
+    const auto facts = graphicsFacts(machine.ports().registry);
+    ASSERT_EQ(facts.size(), 1u);
+    EXPECT_EQ(facts[0].model, "A");
+    EXPECT_EQ(facts[0].driver, "amdgpu");
+    EXPECT_EQ(facts[0].power, "awake");
+    EXPECT_EQ(facts[0].memoryBytes, std::uint64_t{1} << 30);
+    EXPECT_TRUE(facts[0].tellsMemory);
+    EXPECT_FALSE(facts[0].tellsLoad);
+}
+
 TEST(MachineFactsTest, LookingChangesNothing) {
     const test::TemporaryFolder folder;
     simulated::SimulatedMachine machine;
