@@ -132,7 +132,8 @@ std::vector<GraphicsDevice> findGraphicsDevices(DeviceFiles& files, const Kernel
         devices.push_back({identity.address, folder, parents, identity.id, identity.classCode,
                            identity.driver, isIntegrated(identity, parents, all)});
     }
-    std::ranges::stable_partition(devices, &GraphicsDevice::isIntegrated);
+    std::stable_partition(devices.begin(), devices.end(),
+                          [](const GraphicsDevice& device) { return device.isIntegrated; });
     return devices;
 }
 
