@@ -247,6 +247,8 @@ std::vector<Finding> examine(const MachineFacts& facts) {
         findings.push_back({check.name, diagnosis.verdict, std::move(diagnosis.what),
                             std::move(diagnosis.remedy)});
     }
+    if (facts.graphics.empty())
+        findings.push_back({"Graphics", kFine, "none on the PCI bus", ""});
     for (const GraphicsFacts& graphics : facts.graphics) {
         Diagnosis diagnosis = graphicsProcessor(graphics);
         findings.push_back({"Graphics", diagnosis.verdict, std::move(diagnosis.what),

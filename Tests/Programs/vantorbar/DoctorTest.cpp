@@ -113,6 +113,14 @@ TEST(DoctorTest, MachineAndGraphicsAreToldInPlainWords) {
     EXPECT_EQ(findingOf(facts, "Machine").what, "unnamed model, unnamed processor, unknown memory");
 }
 
+TEST(DoctorTest, MachineWithoutGraphicsSaysSo) {
+    MachineFacts facts = healthyMachine();
+    facts.graphics.clear();
+    facts.hasDeviceNames = false;
+    EXPECT_EQ(findingOf(facts, "Graphics").what, "none on the PCI bus");
+    EXPECT_EQ(findingOf(facts, "Device names").verdict, Verdict::fine);
+}
+
 TEST(DoctorTest, SleepingGraphicsAreNoFault) {
     MachineFacts facts = healthyMachine();
     facts.graphics[0] = {"GeForce", "nvidia", "asleep", 0, false, false};
