@@ -1,5 +1,6 @@
 #include "Platform/Linux/LinuxMachineIdentity.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "Tests/Platform/Linux/KernelTexts.h"
@@ -25,7 +26,7 @@ TEST(LinuxMachineIdentityTest, BlanksAroundTheNameAreCutOff) {
 
 TEST(LinuxMachineIdentityTest, NameIsCutTo127Bytes) {
     EXPECT_EQ(modelIdentifierOf(std::string(200, 'x')), std::string(127, 'x'));
-    EXPECT_EQ(modelIdentifierOf(std::string(126, 'x') + " y"), std::string(126, 'x'));
+    EXPECT_EQ(modelIdentifierOf(fmt::format("{} y", std::string(126, 'x'))), std::string(126, 'x'));
 }
 
 TEST(LinuxMachineIdentityTest, NameThatIsEmptyOrNotASCIIIsNone) {
@@ -74,7 +75,7 @@ TEST(LinuxMachineIdentityTest, FiguresThatMakeNoSenseAreAbsent) {
     const TemporaryFolder folder;
     const LinuxMachineIdentity identity({.proc = folder / "proc", .sys = folder / "sys"});
     for (const char* const value : {"", "-5 kB", "many", "1e300 kB", "nan"}) {
-        writeText(folder / "proc/meminfo", std::string("MemTotal: ") + value + "\n");
+        writeText(folder / "proc/meminfo", fmt::format("MemTotal: {}\n", value));
         EXPECT_EQ(identity.memoryBytes(), std::nullopt) << value;
     }
 }

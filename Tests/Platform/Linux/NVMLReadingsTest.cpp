@@ -3,9 +3,14 @@
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
+#include <initializer_list>
+#include <string>
+#include <string_view>
 #include <thread>
 
 #include <fcntl.h>
+#include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -62,11 +67,11 @@ API int nvmlDeviceGetUtilizationRates(void*, Utilization* rates) {
 class NVMLReadingsTest : public testing::Test {
 protected:
     /// A library with these functions; "" where it can't be built.
-    std::string library(const std::string& functions) {
+    std::string library(std::initializer_list<std::string_view> functions) {
         const auto source = folder / "nvml.cpp", file = folder / "libnvidia-ml.so.1";
-        writeText(source, kPreface + functions);
-        const std::string command = "c++ -shared -fPIC -DJOURNAL='\"" + journal().string() +
-                                    "\"' -o " + file.string() + " " + source.string();
+        writeText(source, fmt::format("{}{}", kPreface, fmt::join(functions, "")));
+        const std::string command = fmt::format("c++ -shared -fPIC -DJOURNAL='\"{}\"' -o {} {}",
+                                                journal().string(), file.string(), source.string());
         return std::system(command.c_str()) == 0 ? file.string() : "";
     }
     std::filesystem::path journal() const { return folder / "journal"; }
@@ -88,8 +93,7 @@ protected:
 };
 
 TEST_F(NVMLReadingsTest, AnswerComesLater) {
-    NVMLReadings readings({kAddress},
-                          library(std::string(kInit) + kShutdown + kHandle + kMemory + kRates));
+    NVMLReadings readings({kAddress}, library({kInit, kShutdown, kHandle, kMemory, kRates}));
     EXPECT_FALSE(readings.answer(kAddress));
     ASSERT_TRUE(
         askUntil(readings, Hold::kept, [&] { return readings.answer(kAddress).has_value(); }));
@@ -100,15 +104,14 @@ TEST_F(NVMLReadingsTest, AnswerComesLater) {
 }
 
 TEST_F(NVMLReadingsTest, NothingIsOpenedBeforeTheFirstRequest) {
-    const std::string file = library(std::string(kInit) + kShutdown + kHandle + kMemory + kRates);
+    const std::string file = library({kInit, kShutdown, kHandle, kMemory, kRates});
     { NVMLReadings readings({kAddress}, file); }
     EXPECT_EQ(calls(), "");
 }
 
 TEST_F(NVMLReadingsTest, LibraryThatMayNotHoldOnBeginsAndEndsEachReading) {
     {
-        NVMLReadings readings({kAddress},
-                              library(std::string(kInit) + kShutdown + kHandle + kMemory + kRates));
+        NVMLReadings readings({kAddress}, library({kInit, kShutdown, kHandle, kMemory, kRates}));
         ASSERT_TRUE(askUntil(readings, Hold::letGo, [&] { return calls().size() >= 6; }));
     }
     EXPECT_EQ(calls().substr(0, 6), "irsirs");
@@ -116,8 +119,7 @@ TEST_F(NVMLReadingsTest, LibraryThatMayNotHoldOnBeginsAndEndsEachReading) {
 
 TEST_F(NVMLReadingsTest, LibraryThatHoldsOnBeginsOnceAndLetsGoWhenAsked) {
     {
-        NVMLReadings readings({kAddress},
-                              library(std::string(kInit) + kShutdown + kHandle + kMemory + kRates));
+        NVMLReadings readings({kAddress}, library({kInit, kShutdown, kHandle, kMemory, kRates}));
         ASSERT_TRUE(askUntil(readings, Hold::kept, [&] { return calls().size() >= 3; }));
         const auto end = std::chrono::steady_clock::now() + 10s;
         while (!calls().ends_with("s") && std::chrono::steady_clock::now() < end) {
@@ -145,7 +147,7 @@ TEST_F(NVMLReadingsTest, LibraryThatIsMissingOrIsNoneGivesNoAnswers) {
 }
 
 TEST_F(NVMLReadingsTest, LibraryOfAnotherVersionIsRefused) {
-    NVMLReadings readings({kAddress}, library(std::string(kInit) + kShutdown));
+    NVMLReadings readings({kAddress}, library({kInit, kShutdown}));
     for (int times = 0; times < 20; ++times) {
         readings.request(Hold::kept);
         std::this_thread::sleep_for(1ms);
@@ -155,20 +157,18 @@ TEST_F(NVMLReadingsTest, LibraryOfAnotherVersionIsRefused) {
 }
 
 TEST_F(NVMLReadingsTest, OlderNamesServe) {
-    NVMLReadings readings(
-        {kAddress},
-        library(std::string("API int nvmlInit() { return 0; }\n"
-                            "API int nvmlDeviceGetHandleByPciBusId(const char*, void**) "
-                            "{ return 0; }\n") +
-                kShutdown + kMemory + kRates));
+    NVMLReadings readings({kAddress},
+                          library({"API int nvmlInit() { return 0; }\n"
+                                   "API int nvmlDeviceGetHandleByPciBusId(const char*, void**) "
+                                   "{ return 0; }\n",
+                                   kShutdown, kMemory, kRates}));
     EXPECT_TRUE(
         askUntil(readings, Hold::kept, [&] { return readings.answer(kAddress).has_value(); }));
 }
 
 TEST_F(NVMLReadingsTest, LibraryThatRefusesIsNotAskedAgainAndAgain) {
-    const std::string file =
-        library(std::string("API int nvmlInit_v2() { note('i'); return 9; }\n") + kShutdown +
-                kHandle + kMemory + kRates);
+    const std::string file = library(
+        {"API int nvmlInit_v2() { note('i'); return 9; }\n", kShutdown, kHandle, kMemory, kRates});
     NVMLReadings readings({kAddress}, file);
     ASSERT_TRUE(askUntil(readings, Hold::kept, [&] { return calls() == "i"; }));
     for (int times = 0; times < 20; ++times) {
@@ -182,10 +182,10 @@ TEST_F(NVMLReadingsTest, LibraryThatRefusesIsNotAskedAgainAndAgain) {
 TEST_F(NVMLReadingsTest, ErrorsAndNonsenseAreNoFigures) {
     NVMLReadings readings(
         {kAddress, "0000:02:00.0"},
-        library(std::string(kInit) + kShutdown + kHandle +
-                "API int nvmlDeviceGetMemoryInfo(void*, Memory* m) { *m = {5, 0, 9}; return 0; }\n"
-                "API int nvmlDeviceGetUtilizationRates(void*, Utilization* r) { note('r'); "
-                "*r = {101, 0}; return 0; }\n"));
+        library({kInit, kShutdown, kHandle,
+                 "API int nvmlDeviceGetMemoryInfo(void*, Memory* m) { *m = {5, 0, 9}; return 0; }\n"
+                 "API int nvmlDeviceGetUtilizationRates(void*, Utilization* r) { note('r'); "
+                 "*r = {101, 0}; return 0; }\n"}));
     ASSERT_TRUE(askUntil(readings, Hold::kept, [&] { return calls().size() >= 4; }));
     EXPECT_FALSE(readings.answer(kAddress));
     EXPECT_FALSE(readings.answer("0000:02:00.0"));
@@ -195,10 +195,11 @@ TEST_F(NVMLReadingsTest, ErrorsAndNonsenseAreNoFigures) {
 TEST_F(NVMLReadingsTest, HangingLibraryNeverBlocks) {
     const std::string gate = (folder / "gate").string();
     ASSERT_EQ(mkfifo(gate.c_str(), 0600), 0);
-    const std::string file = library(
-        std::string(kInit) + kShutdown + kHandle + kMemory +
-        "API int nvmlDeviceGetUtilizationRates(void*, Utilization*) { note('r'); close(open(\"" +
-        gate + "\", O_RDONLY)); return 1; }\n");
+    const std::string rates =
+        fmt::format("API int nvmlDeviceGetUtilizationRates(void*, Utilization*) {{ note('r'); "
+                    "close(open(\"{}\", O_RDONLY)); return 1; }}\n",
+                    gate);
+    const std::string file = library({kInit, kShutdown, kHandle, kMemory, rates});
     {
         NVMLReadings readings({kAddress}, file);
         ASSERT_TRUE(askUntil(readings, Hold::kept, [&] { return calls() == "ir"; }));
