@@ -5,6 +5,7 @@
 
 #include "Shared/Collectors/CPUStatCollector.h"
 #include "Shared/Collectors/LoadStatCollector.h"
+#include "Shared/Collectors/UptimeStatCollector.h"
 #include "Shared/Database/HistoryDatabaseController.h"
 #include "Shared/External/Logging/LGLog.h"
 #include "Shared/KOLVersions.h"
@@ -32,6 +33,7 @@ struct ProcessContext::Singletons {
     SharedInstance<VTRImageCache> imageCache;
     SharedInstance<CPUStatCollector> cpuCollector;
     SharedInstance<LoadStatCollector> loadCollector;
+    SharedInstance<UptimeStatCollector> uptimeCollector;
     SharedInstance<VTRTranslations> translations;
     SharedInstance<VTRDaemonConnection> daemonConnection;
 };
@@ -105,6 +107,13 @@ LoadStatCollector& ProcessContext::loadCollector() {
 
 void ProcessContext::dropLoadCollector() noexcept { singletons_->loadCollector.drop(); }
 
+UptimeStatCollector& ProcessContext::uptimeCollector() {
+    return singletons_->uptimeCollector.get(
+        [&] { return std::make_unique<UptimeStatCollector>(ports_); });
+}
+
+void ProcessContext::dropUptimeCollector() noexcept { singletons_->uptimeCollector.drop(); }
+
 VTRTranslations& ProcessContext::translations() {
     return singletons_->translations.get([&] {
         auto translations = std::make_unique<VTRTranslations>(ports_);
@@ -135,6 +144,10 @@ CPUStatCollector* ProcessContext::existingCPUCollector() const noexcept {
 
 LoadStatCollector* ProcessContext::existingLoadCollector() const noexcept {
     return singletons_->loadCollector.existing();
+}
+
+UptimeStatCollector* ProcessContext::existingUptimeCollector() const noexcept {
+    return singletons_->uptimeCollector.existing();
 }
 
 }  // namespace vantor::inline VANTOR_MODULE

@@ -12,8 +12,9 @@ class HistoryDatabaseController;
 class KOLVersions;
 class LGLog;
 class LoadStatCollector;
-class VTRDaemonConnection;
 class PlatformController;
+class UptimeStatCollector;
+class VTRDaemonConnection;
 class VTRImageCache;
 class VTRPreferences;
 class VTRTranslations;
@@ -48,6 +49,8 @@ public:
     void dropCPUCollector() noexcept;
     LoadStatCollector& loadCollector();
     void dropLoadCollector() noexcept;
+    UptimeStatCollector& uptimeCollector();
+    void dropUptimeCollector() noexcept;
     VTRTranslations& translations();
     VTRDaemonConnection& daemonConnection();
     void dropDaemonConnection() noexcept;
@@ -60,6 +63,7 @@ public:
     LoadStatCollector* existingLoadCollector() const noexcept;
     /// Null for a machine that nobody asked for yet.
     PlatformController* existingPlatformController() const noexcept;
+    UptimeStatCollector* existingUptimeCollector() const noexcept;
 
 private:
     struct Singletons;

@@ -121,7 +121,7 @@ void CPUStatCollector::measure() {
 }
 
 CPUShares CPUStatCollector::measureCores() noexcept {
-    const bool hasBaseline = idForInterval(0) != kIDWithoutBaseline;
+    const bool hasBaseline = sampleIndex()[0].sampleID != kIDWithoutBaseline;
     CPUShares sum;
     for (std::size_t cpu = 0; cpu < cores_.size(); ++cpu) {
         const CPUShares shares =
@@ -156,7 +156,7 @@ void CPUStatCollector::storeMean(const CPUShares& sum) noexcept {
     values[0] = mean(sum.user);
     values[1] = mean(sum.system);
     values[2] = mean(sum.nice);
-    ring.setSampleID(0, idForInterval(0));
+    ring.setSampleID(0, sampleIndex()[0].sampleID);
     ring.setEmpty(0, 0);
     ring.setTime(0, ports().clock.now());
 }

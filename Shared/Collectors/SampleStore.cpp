@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Foundation/PropertyValue.h"
+
 namespace vantor::inline VANTOR_MODULE {
 
 double sampleIDInFields(const SampleFields& sample, const SampleConfig& config) noexcept {
@@ -9,6 +11,12 @@ double sampleIDInFields(const SampleFields& sample, const SampleConfig& config) 
     for (const std::string_view key : config.addSampleIDKeys)
         sampleID = sample.value(key).value_or(sampleID);
     return sampleID;
+}
+
+std::int32_t emptyInFields(const SampleFields& sample) noexcept {
+    // A history file may say anything.
+    const std::int64_t empty = PropertyValue(sample.value("empty").value_or(0)).integerValue();
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(empty, INT32_MIN, INT32_MAX));
 }
 
 std::optional<double> acceptedSampleID(const SampleFields& sample, const SampleConfig& config,

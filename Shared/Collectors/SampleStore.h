@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
 
 #include "Shared/Collectors/SampleConfig.h"
@@ -12,6 +13,9 @@ namespace vantor::inline VANTOR_MODULE {
 
 /// The ID that a sample brings along, or 0.
 double sampleIDInFields(const SampleFields& sample, const SampleConfig& config) noexcept;
+
+/// Whether a sample says that it is a gap, as the whole number that it says it with.
+std::int32_t emptyInFields(const SampleFields& sample) noexcept;
 
 /// The ID that a sample gets in a ring: its own, or the newest one's plus 1; nothing where the
 /// ring doesn't take it, because it isn't newer than the newest.

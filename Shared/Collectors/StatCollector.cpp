@@ -8,7 +8,8 @@
 #include "Shared/Collectors/SampleStore.h"
 
 // What a collector keeps: rings, their samples and the roll-ups between them. The tick and the
-// schedule are in StatCollectorSchedule.cpp, the list of items in StatCollectorItems.cpp.
+// schedule are in StatCollectorSchedule.cpp, the list of items in StatCollectorItems.cpp, the
+// history file in StatCollectorDatabase.cpp.
 
 namespace vantor::inline VANTOR_MODULE {
 namespace {
@@ -24,10 +25,10 @@ constexpr RollUp kRollUps[] = {{}, {0, 0}, {1, 4}, {1, 24}};
 }  // namespace
 
 StatCollector::StatCollector(const Ports& ports, std::string_view name,
-                             std::string_view description, std::size_t sampleCount)
+                             std::string_view description, std::size_t sampleCount, Rings rings)
     : ports_(ports), name_(name), description_(description), sampleValueCount_(sampleCount),
       sessionID_(static_cast<std::int64_t>(ports.clock.now())), emptyValues_(sampleCount),
-      rings_(kStorageCount, SampleRing(sampleCount)),
+      rings_(rings == Rings::all ? kStorageCount : 0, SampleRing(sampleCount)),
       queue_(ports.workQueues.makeSerialQueue(std::string(description))) {
     for (std::size_t index = 0; index < kScaleCount; ++index)
         sampleIndex_[index].interval = kScaleIntervals[index];
@@ -38,14 +39,30 @@ StatCollector::StatCollector(const Ports& ports, std::string_view name,
 
 StatCollector::~StatCollector() { ports_.mainQueue.cancel(enableDatabaseCall_); }
 
+void StatCollector::setStorageType(StorageKind kind) {
+    storageType_ = kind;
+    tables_ = HistoryTables(dbTablePrefix_, storageType_);
+}
+
+void StatCollector::setTablePrefix(std::string_view prefix) {
+    dbTablePrefix_ = prefix;
+    tables_ = HistoryTables(dbTablePrefix_, storageType_);
+}
+
+void StatCollector::hideSamples() {
+    hidden_ = std::make_unique<Hidden>(Hidden{SampleRing(sampleValueCount_), {}});
+}
+
+void StatCollector::showSamples() noexcept { hidden_.reset(); }
+
 statsample StatCollector::sampleAtIndex(std::size_t index, StorageType type) const noexcept {
     return storageForType(static_cast<int>(type)).sampleAtIndex(index);
 }
 
 statsample StatCollector::sampleWithIdentifier(double sampleID, StorageType type) const noexcept {
-    const SampleRing& ring = storageForType(static_cast<int>(type));
-    if (const auto position = ring.positionOfIdentifier(sampleID))
-        return ring.sampleAtIndex(*position);
+    const SampleRing& samples = storageForType(static_cast<int>(type));
+    if (const auto position = samples.positionOfIdentifier(sampleID))
+        return samples.sampleAtIndex(*position);
     return {.sampleID = sampleID, .empty = 1, .values = emptyValues_};
 }
 
@@ -54,8 +71,8 @@ double StatCollector::timeForType(int type) noexcept {
 }
 
 double StatCollector::lastTimeForType(int type) const noexcept {
-    const SampleRing& ring = storageForType(type);
-    return type > 7 || ring.sampleID(0) == 0 ? 0 : ring.time(0);
+    const SampleRing& samples = storageForType(type);
+    return type > 7 || samples.sampleID(0) == 0 ? 0 : samples.time(0);
 }
 
 double StatCollector::lastIDForType(int type) const noexcept {
@@ -66,7 +83,7 @@ double StatCollector::lowestSampleForStorageType(int type) const noexcept {
     if (storageType_ == StorageKind::collector)
         return storageForType(type).sampleID(0);
     std::optional<double> lowest;
-    for (const auto& item : items_) {
+    for (const auto& item : items()) {
         const double newest = item->lowestSampleForStorageType(type);
         lowest = std::min(lowest.value_or(newest), newest);
     }
@@ -74,7 +91,8 @@ double StatCollector::lowestSampleForStorageType(int type) const noexcept {
 }
 
 double StatCollector::idForInterval(int index) const noexcept {
-    return sampleIndex_[static_cast<std::size_t>(index)].sampleID;
+    return hidden_ ? sampleindexconfig{}.sampleID
+                   : sampleIndex_[static_cast<std::size_t>(index)].sampleID;
 }
 
 void StatCollector::setIDForInterval(double sampleID, int index) noexcept {
@@ -96,7 +114,7 @@ void StatCollector::addSample(const SampleFields& sample, SampleRing& toStorage,
                               double sampleID) noexcept {
     PushSamples(toStorage);
     writeSampleFields(sample, config_, toStorage, 0);
-    toStorage.setEmpty(0, static_cast<std::int32_t>(sample.value("empty").value_or(0)));
+    toStorage.setEmpty(0, emptyInFields(sample));
     toStorage.setSampleID(0, sampleID);
 }
 
@@ -126,7 +144,8 @@ void StatCollector::addScaleSample(const SampleFields& sample, int type) {
 void StatCollector::clearStorageForType(int type) noexcept {
     for (const auto& item : items_)
         item->clearStorageForType(type);
-    storageForType(type).clear(SampleRing::Times::keep);
+    if (!rings_.empty())
+        storageForType(type).clear(SampleRing::Times::keep);
 }
 
 void StatCollector::clearAllStorages() noexcept {
@@ -154,7 +173,7 @@ SampleFields StatCollector::averageForSamples(const SampleRing& samples, int cou
 SampleFields StatCollector::sampleFromStorage(int type, int index, double time,
                                               int minimum) const noexcept {
     const double interval = sampleIndex_[static_cast<std::size_t>(index)].interval;
-    return averageForSamples(storageForType(type), 0, time - interval, minimum);
+    return averageForSamples(ring(type), 0, time - interval, minimum);
 }
 
 SampleFields StatCollector::rolledUpSample(int index, double time) const {

@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cstdint>
+#include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,6 +15,7 @@
 #include "Foundation/WeakHandle.h"
 #include "Platform/MainQueue.h"
 #include "Platform/Ports.h"
+#include "Shared/Collectors/HistoryTables.h"
 #include "Shared/Collectors/SampleConfig.h"
 #include "Shared/Collectors/SampleFields.h"
 #include "Shared/Collectors/SampleRing.h"
@@ -27,24 +30,30 @@ class SerialQueue;
 
 namespace vantor::inline VANTOR_MODULE {
 
-/// Measures about once a second and keeps what it measured at four time scales in memory.
-/// A concrete collector says how to measure and under which keys its figures travel.
+class HistoryDatabaseItem;
+
+/// Measures about once a second and keeps what it measured at four time scales in memory, and at
+/// three of them in a history file, if it is given one. A concrete collector says how to measure
+/// and under which keys its figures travel.
 ///
 /// The loop has no repeating timer: each tick measures if anybody wants it, rolls up every scale
 /// that has fallen due on one six-second grid of wall-clock time, tells the delegates and arms
 /// the next tick for the next whole second. A scale that was missed gets gaps, never a late
 /// sample: a gap is a gap.
 /// Units:  times are seconds since 1970.
-/// Errors: none.
-/// Thread: main queue; making and loading a collector may happen elsewhere before
-///         `startLogging`, which may be called from any thread.
+/// Errors: none. Trouble with the file loses history and nothing else.
+/// Thread: main queue; making a collector and loading its history may happen elsewhere before
+///         `startLogging`, which may be called from any thread. In the meantime readers are kept
+///         away by `hideSamples`.
 class StatCollector : public StatSamples {
 public:
+    enum class Rings { all, none };
+
     static constexpr std::size_t sampleCount() noexcept { return 0; }
 
     /// `name` is the collector's in journals, `description` the one in messages; both literals.
     StatCollector(const Ports& ports, std::string_view name, std::string_view description,
-                  std::size_t sampleCount);
+                  std::size_t sampleCount, Rings rings = Rings::all);
     ~StatCollector() override;
     StatCollector(const StatCollector&) = delete;
     StatCollector& operator=(const StatCollector&) = delete;
@@ -65,9 +74,17 @@ public:
     const std::array<sampleindexconfig, kScaleCount>& sampleIndex() const noexcept {
         return sampleIndex_;
     }
-    /// 1, 2 and 3 give hour, day and week; any other type gives the ring of now.
+    /// From here until `showSamples` everything that reads a collector finds it without samples
+    /// and items, so that its history can be loaded on another thread meanwhile. Main queue, before
+    /// that begins and after it has ended.
+    void hideSamples();
+    void showSamples() noexcept;
+    /// 1, 2 and 3 give hour, day and week; any other type gives the ring of now. Only where the
+    /// collector has rings. The first is for writers, the second for readers.
     SampleRing& storageForType(int type) noexcept { return rings_[storageIndex(type)]; }
-    const SampleRing& storageForType(int type) const noexcept { return rings_[storageIndex(type)]; }
+    const SampleRing& storageForType(int type) const noexcept {
+        return hidden_ ? hidden_->ring : ring(type);
+    }
     statsample sampleAtIndex(std::size_t index, StorageType type) const noexcept override;
     statsample sampleWithIdentifier(double sampleID, StorageType type) const noexcept override;
     /// Seconds between two samples: 1008 for the week, 144 for the day, else 6.
@@ -138,6 +155,61 @@ public:
     /// Writes gaps for the slots between the last sample of a row and now; those older than
     /// what a ring keeps get none.
     void fillGapsAtIndex(int index);
+    void fillGaps();
+
+    // The history file. Without a path none of it does anything. One file is one collector's.
+    const std::optional<std::filesystem::path>& dbpath() const noexcept { return history_.path; }
+    const std::optional<std::filesystem::path>& dbpathLong() const noexcept {
+        return longHistory_.path;
+    }
+    /// Opens the file, so it comes after whatever may put another one in its place.
+    void setDbpath(std::optional<std::filesystem::path> path) {
+        setFile(history_, std::move(path));
+    }
+    /// The file of the long-term table.
+    void setDbpathLong(std::optional<std::filesystem::path> path) {
+        setFile(longHistory_, std::move(path));
+    }
+    virtual std::optional<std::string_view> tableAtIndex(int index) const noexcept {
+        return tables_.tableAtIndex(index);
+    }
+    std::optional<std::string_view> itemTableAtIndex(int index) const noexcept {
+        return tables_.itemTableAtIndex(index);
+    }
+    /// Makes the tables of hour, day, week and month where they are missing, and answers what
+    /// `migrateDatabase` makes of whether one was, or else of `result`.
+    virtual bool prepareDatabase(bool result);
+    virtual bool migrateDatabase(bool) { return false; }
+    /// True when a table had to be made, else `result`.
+    bool checkIfTablesExist(int index, HistoryDatabaseItem* inDB, bool result);
+    bool checkIfLongTermTablesExist(int index, HistoryDatabaseItem* inDB, bool result);
+
+    /// Fills the rings of hour, day and week from the file, and only from it.
+    void loadPreviousSamples();
+    void loadPreviousSamplesAtIndex(int index);
+    /// The same for the items, which are made if need be.
+    void loadPreviousSampleItems();
+    void loadPreviousSampleItemsAtIndex(int index);
+    /// Puts what the file has of an item behind what its rings have. Returns at once; `reply` is
+    /// called for each scale that was looked up.
+    void loadPreviousSamplesForItem(StatCollectorItem& item, std::function<void()> reply);
+    /// The newest rows, a ring and one at most, the oldest first. Of a row's figures those that a
+    /// sample of this collector can have.
+    std::vector<SampleFields> samplesFromTable(std::optional<std::string_view> table);
+    /// Those up to `identifier` and at most 602 IDs before it, the oldest first.
+    std::vector<SampleFields> samplesFromTable(std::optional<std::string_view> table,
+                                               double identifier);
+
+    /// Keeps the row for the next commit.
+    void insertSample(const SampleFields& sample, int intoTableAtIndex);
+    /// Keeps the removal of all but the newest 602 IDs for the next commit.
+    void removeOldSamplesAtIndex(int index);
+    /// Prunes the tables and has everything that waits written.
+    void runDatabaseQueue();
+
+    std::optional<SampleFields> lastLongTermSample();
+    virtual void addLongTermSample(const SampleFields&) {}
+    virtual double lastSampleIDFromTable(std::string_view) const noexcept { return 0; }
 
     int updateSequence() const noexcept { return updateSequence_; }
     double updateTime() const noexcept { return updateTime_; }
@@ -150,7 +222,9 @@ public:
     const std::vector<StatCollectorDelegate*>& delegates() const noexcept { return delegates_; }
 
     // Items.
-    const std::vector<std::unique_ptr<StatCollectorItem>>& items() const noexcept { return items_; }
+    const std::vector<std::unique_ptr<StatCollectorItem>>& items() const noexcept {
+        return hidden_ ? hidden_->items : items_;
+    }
     /// The live item of that key, or null. A number stands for its text.
     StatCollectorItem* itemWithKey(const PropertyValue& key);
     enum class Temporary { no, yes };
@@ -171,6 +245,8 @@ public:
     void addSelectionKeyItem(std::string_view key);
     void removeSelectionKeyItem(std::string_view key);
 
+    int protocolVersion = 0;
+
 protected:
     virtual void measure() = 0;
     /// A new item of this collector's kind; null for a collector without items.
@@ -178,8 +254,12 @@ protected:
 
     const Ports& ports() const noexcept { return ports_; }
     SampleConfig& mutableConfig() noexcept { return config_; }
-    void setStorageType(StorageKind kind) noexcept { storageType_ = kind; }
-    void setTablePrefix(std::string_view prefix) noexcept { dbTablePrefix_ = prefix; }
+    void setStorageType(StorageKind kind);
+    void setTablePrefix(std::string_view prefix);
+    /// Those that there are of the file and the long-term file, null else.
+    std::array<HistoryDatabaseItem*, 2> historyFiles() const noexcept {
+        return {history_.item.get(), longHistory_.item.get()};
+    }
     std::vector<std::unique_ptr<StatCollectorItem>>& mutableItems() noexcept { return items_; }
     SampleRing& historyNow() noexcept { return rings_[0]; }
     /// Raises the ID of the row of now by 1.
@@ -187,12 +267,30 @@ protected:
     void tellDelegates(int mode);
 
 private:
+    /// A path and the open file behind it.
+    struct HistoryFile {
+        std::optional<std::filesystem::path> path;
+        std::shared_ptr<HistoryDatabaseItem> item;  // null without a path
+    };
+    /// What readers find while the history is being loaded.
+    struct Hidden {
+        SampleRing ring;
+        std::vector<std::unique_ptr<StatCollectorItem>> items;
+    };
+    struct ItemSearch;
+
+    const SampleRing& ring(int type) const noexcept { return rings_[storageIndex(type)]; }
+    static void setFile(HistoryFile& file, std::optional<std::filesystem::path> path);
+    void insertItems(const SampleFields& sample, int index, HistoryDatabaseItem& inDB);
+    std::optional<ItemSearch> searchFor(const StatCollectorItem& item, int index) const;
+    void placeLoadedSamples(StatCollectorItem& item, int index,
+                            const std::vector<SampleFields>& newestFirst);
     void addScaleSample(const SampleFields& sample, int type);
     SampleFields rolledUpSample(int index, double time) const;
     void updateSamplesAndLogging();
     void measureIfWanted();
     void finishTick();
-    void rollUpDueScales();
+    bool rollUpDueScales();
     void armTick(double delaySeconds);
     void armNextTick();
     void setItemsExist(bool exist) noexcept;
@@ -209,6 +307,10 @@ private:
     std::vector<double> emptyValues_;
     std::array<sampleindexconfig, kScaleCount> sampleIndex_;
     std::vector<SampleRing> rings_;
+    std::unique_ptr<Hidden> hidden_;
+
+    HistoryTables tables_{dbTablePrefix_, storageType_};
+    HistoryFile history_, longHistory_;
 
     std::vector<StatCollectorDelegate*> delegates_;
     std::unique_ptr<SerialQueue> queue_;

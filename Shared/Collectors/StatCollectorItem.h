@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "Foundation/PropertyValue.h"
 #include "Shared/Collectors/SampleConfig.h"
 #include "Shared/Collectors/SampleFields.h"
 #include "Shared/Collectors/SampleRing.h"
@@ -56,6 +57,13 @@ public:
     /// nothing for an item without key.
     std::optional<SampleFields> sampleFromStorage(int type, double time, int minimum,
                                                   double identifier) const;
+
+    /// The sample's figures as texts, by the keys under which they are exported.
+    PropertyValue::Dictionary xmlSampleFromSample(const statsample& sample, std::size_t index,
+                                                  int protocol) const;
+    /// The samples after that ID, the oldest first; for -1 the newest one, under the ID -1.
+    std::vector<PropertyValue::Dictionary> samplesSinceID(double sampleID, StorageType type,
+                                                          int protocol) const;
 
     virtual void resetAttributes() {}
     virtual void removeInvalidAttributes() {}

@@ -77,7 +77,7 @@ void StatCollector::setItemsExist(bool exist) noexcept {
 SampleFields StatCollector::sampleItemsFromStorage(int type, int index, double time,
                                                    int minimum) const {
     const double cutoff = time - sampleIndex_[static_cast<std::size_t>(index)].interval;
-    const double identifier = storageForType(type).sampleID(0);
+    const double identifier = ring(type).sampleID(0);
     SampleFields sample;
     for (const auto& item : items_) {
         if (item->temporary() || item->nohistory)

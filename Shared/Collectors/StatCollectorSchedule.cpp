@@ -20,6 +20,14 @@ constexpr double kLongestDelaySeconds = 2;
 constexpr double kDatabaseAfterWakeSeconds = 60;
 constexpr double kEverySlotInterval = 300;  // the long-term scale, whose every slot counts
 
+/// A slot of a row at least one before `cutoff`, from which the rest is stepped through: a row
+/// whose last sample is decades old doesn't hold anybody up. Slots are whole seconds, so this is
+/// exact.
+double lastSlotLongBefore(double cutoff, const sampleindexconfig& row) noexcept {
+    const double slots = std::floor((cutoff - row.time) / row.interval) - 1;
+    return slots > 0 ? row.time + slots * row.interval : row.time;
+}
+
 }  // namespace
 
 void StatCollector::addDelegate(StatCollectorDelegate& delegate) {
@@ -131,17 +139,22 @@ void StatCollector::tellDelegates(int mode) {
 }
 
 void StatCollector::finishTick() {
-    if (automaticSampleUpdates_)
-        rollUpDueScales();
+    const bool isDatabaseDue = automaticSampleUpdates_ && rollUpDueScales();
+    if (isDatabaseDue && (dbpath() || dbpathLong()))
+        runDatabaseQueue();
     ++updateSequence_;
     armNextTick();
 }
 
-void StatCollector::rollUpDueScales() {
+/// Whether a scale was among them in whose rhythm the history file is written.
+bool StatCollector::rollUpDueScales() {
+    bool isDatabaseDue = false;
     for (int index = 1; index < kMaximumSampleIndexWithLong; ++index)
         if (updateSequence_ >= 0 &&
-            updateTime_ >= sampleIndex_[static_cast<std::size_t>(index)].nextTime)
-            updateSample(index);
+            updateTime_ >= sampleIndex_[static_cast<std::size_t>(index)].nextTime &&
+            updateSample(index) && (index == kDayIndex || index == kLongTermIndex))
+            isDatabaseDue = true;
+    return isDatabaseDue;
 }
 
 /// A tick never stands for the same whole second twice, but a slow one may skip one.
@@ -156,8 +169,8 @@ void StatCollector::armNextTick() {
 }
 
 bool StatCollector::updateSample(int index) {
-    if (index == kLongTermIndex)
-        return false;  // there is no long-term file
+    if (index == kLongTermIndex && !dbpathLong())
+        return false;
     sampleindexconfig& row = sampleIndex_[static_cast<std::size_t>(index)];
     if (updateTime_ < row.nextTime)
         return false;
@@ -183,6 +196,7 @@ double StatCollector::insertSampleWithIndex(int index, double identifier, double
     sample.set("sample", sampleID);
     sample.set("time", time);  // the scheduled time, not the clock's
     addScaleSample(sample, index);
+    insertSample(sample, index);
     return sampleID;
 }
 
@@ -195,15 +209,24 @@ void StatCollector::fillGapsAtIndex(int index) {
     }
     const double now = ports_.clock.now();
     const double cutoff = now - static_cast<double>(SampleRing::kSlots) * row.interval;
-    for (double time = row.time + row.interval; time <= now; time += row.interval) {
-        if (time < cutoff && row.interval != kEverySlotInterval)
+    const bool skips = row.interval != kEverySlotInterval;
+    const double last = skips ? lastSlotLongBefore(cutoff, row) : row.time;
+    for (double time = last + row.interval; time <= now; time += row.interval) {
+        if (time < cutoff && skips)
             continue;
         row.sampleID += 1;
         row.time = time;
+        const SampleFields gap = emptySampleWithIdentifier(row.sampleID, time);
         if (index < kMaximumSampleIndex)
-            addScaleSample(emptySampleWithIdentifier(row.sampleID, time), index);
+            addScaleSample(gap, index);
+        insertSample(gap, index);
     }
     row.nextTime = row.time + row.interval;
+}
+
+void StatCollector::fillGaps() {
+    for (int index = 1; index < kMaximumSampleIndexWithLong; ++index)
+        fillGapsAtIndex(index);
 }
 
 void StatCollector::sleep() {

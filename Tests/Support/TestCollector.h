@@ -14,16 +14,9 @@ class TestCollector : public StatCollector {
 public:
     explicit TestCollector(const Ports& ports, StorageKind kind = StorageKind::collector)
         : StatCollector(ports, "test", "<TestCollector>", 2) {
+        setTablePrefix(kind == StorageKind::items ? "thing" : "test");
         setStorageType(kind);
-        mutableConfig() = {.addSampleIDKeys = {"sample", "id"},
-                           .addSampleMap = {{"a", 0}, {"b", 1}},
-                           .sampleKeys = {{"a", 0}, {"b", 1}},
-                           .emptySampleKeys = {"a", "b"},
-                           .xmlSampleKeys = {},
-                           .sqlInsert = {},
-                           .sqlInsertKeys = {},
-                           .sqlCreate = {},
-                           .sqlCreateLong = {}};
+        mutableConfig() = kind == StorageKind::items ? itemsConfig() : ownConfig();
     }
 
     using StatCollector::addSample;
@@ -41,6 +34,8 @@ public:
 
     int measurements = 0;
     std::function<void()> onMeasure;
+    std::function<bool(bool)> onMigrate;
+    bool migrateDatabase(bool result) override { return onMigrate ? onMigrate(result) : false; }
     std::function<std::unique_ptr<StatCollectorItem>()> itemMaker;
 
 protected:
@@ -52,6 +47,45 @@ protected:
     }
     std::unique_ptr<StatCollectorItem> makeItem() const override {
         return itemMaker ? itemMaker() : nullptr;
+    }
+
+private:
+    static SampleConfig commonConfig() {
+        return {.addSampleIDKeys = {"sample", "id"},
+                .addSampleMap = {{"a", 0}, {"b", 1}},
+                .sampleKeys = {{"a", 0}, {"b", 1}},
+                .emptySampleKeys = {"a", "b"},
+                .xmlSampleKeys = {{"one", 0}, {"two", 1}},
+                .sqlInsert = {},
+                .sqlInsertKeys = {},
+                .sqlCreate = {},
+                .sqlCreateLong = {}};
+    }
+    static SampleConfig ownConfig() {
+        SampleConfig config = commonConfig();
+        config.sqlInsert = "insert into %@ (empty, sample, time, a, b) values (?, ?, ?, ?, ?)";
+        config.sqlInsertKeys = {"empty", "sample", "time", "a", "b"};
+        config.sqlCreate = "create table %@ (sample double PRIMARY KEY NOT NULL, "
+                           "time double NOT NULL, empty integer NOT NULL, a double NOT NULL, "
+                           "b double NOT NULL)";
+        config.sqlCreateLong = "create table %@ (sample double, time double, empty integer, "
+                               "a double, b double)";
+        return config;
+    }
+    static SampleConfig itemsConfig() {
+        SampleConfig config = commonConfig();
+        config.sqlInsert = "insert into %@ (empty, sample, time) values (?, ?, ?)";
+        config.sqlInsertKeys = {"empty", "sample", "time"};
+        config.sqlInsertItem = "insert into %@ (sample, time, uuid, a, b) values (?, ?, ?, ?, ?)";
+        config.sqlInsertItemKeys = {"sample", "time", "uuid", "a", "b"};
+        config.sqlCreate = "create table %@ (sample double NOT NULL, time double NOT NULL, "
+                           "uuid varchar(100) NOT NULL, a double NOT NULL, b double NOT NULL)";
+        config.sqlCreateID = "create table %@ (sample double PRIMARY KEY NOT NULL, "
+                             "time double NOT NULL, empty integer NOT NULL)";
+        config.sqlCreateLong = "create table %@ (sample double, time double, uuid varchar(100), "
+                               "a double, b double)";
+        config.sqlCreateIDLong = "create table %@ (sample double, time double, empty integer)";
+        return config;
     }
 };
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "Tests/Support/AllocationCounter.h"
+#include "Tests/Support/TemporaryFolder.h"
 #include "Tests/Support/TestCollector.h"
 #include "Tests/Support/World.h"
 
@@ -193,6 +194,21 @@ TEST_F(CPUStatCollectorTest, ATickAllocatesNothing) {
     quiet.run(2000);  // ticks, and roll-ups of all three scales
     EXPECT_EQ(allocations.count(), 0);
     EXPECT_GT(measured.lastIDForType(3), 1);
+}
+
+TEST_F(CPUStatCollectorTest, ATickThatWritesHistoryAllocatesNothing) {
+    const test::TemporaryFolder folder;
+    simulated::SimulatedMachine quiet;
+    ProcessContext context(quiet.ports());
+    CPUStatCollector& measured = CPUStatCollector::sharedCPUCollector();
+    measured.setDbpath(folder / "cpu.db");
+    measured.prepareDatabase(false);
+    measured.startLogging();
+    quiet.run(602 * 6 + 300);  // tables are pruned by now
+    const test::AllocationCounter allocations;
+    quiet.run(1100);  // ticks and roll-ups of all scales, and their way into the file
+    EXPECT_EQ(allocations.count(), 0);
+    EXPECT_GT(measured.lastIDForType(3), 3);
 }
 
 }  // namespace
