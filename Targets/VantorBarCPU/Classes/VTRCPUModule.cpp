@@ -1,10 +1,17 @@
 #include "Targets/VantorBarCPU/Classes/VTRCPUModule.h"
 
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <optional>
+
 #include "Platform/DistributedNotifications.h"
 #include "Platform/MainQueue.h"
 #include "Platform/WorkQueues.h"
 #include "Shared/Collectors/CPUStatCollector.h"
 #include "Shared/Collectors/LoadStatCollector.h"
+#include "Shared/Collectors/UptimeStatCollector.h"
+#include "Shared/Database/HistoryDatabaseController.h"
 #include "Shared/ProcessContext.h"
 #include "Shared/VTRDaemonConnection.h"
 #include "Shared/VTRPreferences.h"
@@ -18,6 +25,34 @@ constexpr std::string_view kTextKeys[] = {
     "CPU_MenubarTextColor",  "CPU_MenubarTextShadowColor",  "CPU_MenubarTextSize",
     "Load_MenubarTextColor", "Load_MenubarTextShadowColor", "Load_MenubarTextSize"};
 
+/// A collector that keeps a history, and the name of its file.
+struct History {
+    std::string_view database;
+    StatCollector& collector;
+};
+
+/// In the order in which everything about them is done.
+std::array<History, 2> histories() {
+    return {{{"cpu", CPUStatCollector::sharedCPUCollector()},
+             {"load", LoadStatCollector::sharedLoadCollector()}}};
+}
+
+/// On the queue of the file, as everything with its connection.
+bool isDatabaseValid(HistoryDatabaseItem& file) {
+    bool isValid = false;
+    file.queryDatabase([&](SQLDatabase& database) { isValid = database.isDatabaseValid(); });
+    return isValid;
+}
+
+/// Opens the file; one that is damaged is thrown away, never repaired.
+void openSoundDatabase(const std::optional<std::filesystem::path>& path) {
+    auto& controller = HistoryDatabaseController::sharedHistoryDatabaseController();
+    if (!path || isDatabaseValid(*controller.databaseWithPath(path)))
+        return;
+    controller.deleteDatabase(*path);
+    controller.databaseWithPath(path);
+}
+
 }  // namespace
 
 VTRCPUModule::VTRCPUModule(VTRModuleDelegate& extra)
@@ -25,20 +60,55 @@ VTRCPUModule::VTRCPUModule(VTRModuleDelegate& extra)
     setView(std::make_unique<VantorCPUMenuExtraView>(Rect{0, 0, 20, 22}, &extra));
 }
 
+VTRCPUModule::~VTRCPUModule() { ports_.workQueues.drainGlobal(); }
+
 void VTRCPUModule::setup() {
-    ports_.workQueues.globalAsync([module = self_.handle(), &mainQueue = ports_.mainQueue] {
-        CPUStatCollector::sharedCPUCollector().startLogging();
-        LoadStatCollector::sharedLoadCollector().startLogging();
-        mainQueue.async([module] {
+    for (const History& history : histories())
+        history.collector.hideSamples();
+    ports_.workQueues.globalAsync([this, module = self_.handle()] {
+        startCollectors();
+        ports_.mainQueue.async([module] {
             if (VTRCPUModule* const self = module.get())
                 self->listenToCollectors();
         });
     });
 }
 
+/// On the global queue.
+void VTRCPUModule::startCollectors() {
+    prepareDatabase();
+    for (const auto& [database, collector] : histories()) {
+        collector.loadPreviousSamples();
+        if (collector.storageType() == StorageKind::items)
+            collector.loadPreviousSampleItems();
+        collector.fillGaps();
+    }
+    for (const History& history : histories())
+        history.collector.startLogging();
+    UptimeStatCollector::sharedUptimeCollector().loadUptime();
+}
+
+bool VTRCPUModule::prepareDatabase() {
+    const auto kept = histories();
+    std::array<std::optional<std::filesystem::path>, kept.size()> paths;
+    std::ranges::transform(kept, paths.begin(), [this](const History& history) {
+        return databasePath(history.database);
+    });
+    for (const auto& path : paths)
+        openSoundDatabase(path);
+    bool result = false;
+    for (std::size_t index = 0; index < kept.size(); ++index) {
+        kept[index].collector.setDbpath(paths[index]);
+        result = kept[index].collector.prepareDatabase(result);
+    }
+    return result;
+}
+
 void VTRCPUModule::listenToCollectors() {
-    CPUStatCollector::sharedCPUCollector().addDelegate(*this);
-    LoadStatCollector::sharedLoadCollector().addDelegate(*this);
+    for (const History& history : histories()) {
+        history.collector.showSamples();
+        history.collector.addDelegate(*this);
+    }
 }
 
 void VTRCPUModule::loadNotifications() {
@@ -75,6 +145,7 @@ void VTRCPUModule::partialUnload() {
     ports_.localNotifications.post("HISTORYGRAPH_SHUTDOWN_CPU");
     CPUStatCollector::cleanupShared();
     LoadStatCollector::cleanupShared();
+    UptimeStatCollector::cleanupShared();
     preferencesChange_.end();
     removeAllDelegates();
 }

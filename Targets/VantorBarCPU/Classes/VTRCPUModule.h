@@ -6,13 +6,19 @@
 
 namespace vantor::inline VANTOR_MODULE {
 
-/// Wires the shared collectors to the item: it starts them, thins out their measuring, and has
-/// the item shown anew after each processor sample.
+/// Wires the shared collectors to the item: it gives them their files, starts them, thins out
+/// their measuring, and has the item shown anew after each processor sample.
+/// Thread: main queue, but for the work that `setup` starts. It goes on elsewhere, with collectors
+///         that nobody else uses until the module listens to them: their samples are hidden.
 class VTRCPUModule final : public VTRModule {
 public:
     explicit VTRCPUModule(VTRModuleDelegate& extra);
+    /// Waits for the start-up work.
+    ~VTRCPUModule() override;
 
     void setup() override;
+    /// Throws away the files that are damaged, and gives each collector its own.
+    bool prepareDatabase() override;
     void loadNotifications() override;
     void globalPreferencesChange(const Notification&) override { view()->loadConfig(); }
     void preferencesChange(const Notification& notification);
@@ -23,6 +29,7 @@ public:
     void collectorUpdatedForMode(StatCollector& collector, int mode) override;
 
 private:
+    void startCollectors();
     void listenToCollectors();
 
     Ports ports_;

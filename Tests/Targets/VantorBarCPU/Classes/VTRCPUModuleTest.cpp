@@ -1,0 +1,229 @@
+#include "Targets/VantorBarCPU/Classes/VTRCPUModule.h"
+
+#include <fstream>
+
+#include <sys/stat.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Platform/Linux/LinuxMainQueue.h"
+#include "Platform/Linux/LinuxWorkQueues.h"
+#include "Shared/Collectors/CPUStatCollector.h"
+#include "Shared/Collectors/LoadStatCollector.h"
+#include "Shared/Collectors/UptimeStatCollector.h"
+#include "Shared/Database/HistoryDatabaseController.h"
+#include "Tests/Support/HistoryFile.h"
+#include "Tests/Support/QueueWorld.h"
+#include "Tests/Support/TemporaryFolder.h"
+#include "Tests/Support/World.h"
+
+namespace vantor {
+namespace {
+
+namespace fs = std::filesystem;
+using test::HistoryFile;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr double kNow = simulated::SimulatedMachine::kStart;
+
+class TestExtra final : public VTRModuleDelegate {
+public:
+    void update() override { ++updates; }
+    void updateSize() override {}
+    bool isCombinedExtra() const override { return combined; }
+
+    int updates = 0;
+    bool combined = false;
+};
+
+const char* const kHourTable =
+    "create table hour_cpuhistory (sample double PRIMARY KEY NOT NULL, time double NOT NULL, "
+    "empty integer NOT NULL, user double NOT NULL, system double NOT NULL, nice double NOT NULL);";
+
+class VTRCPUModuleTest : public testing::Test {
+protected:
+    VTRCPUModuleTest() {
+        world.machine.directories.setRoot(folder.path());
+        fs::create_directories(databases);
+    }
+    /// A run that wrote one hour sample, of ID 5.
+    void writeHistory() {
+        HistoryFile(databases / "cpu.db")
+            .run(std::string(kHourTable) + "insert into hour_cpuhistory values (5, " +
+                 std::to_string(kNow - 6) + ", 0, 50, 25, 5)");
+    }
+    void start() {
+        module.emplace(extra);
+        module->setup();
+        world.machine.run(0);
+    }
+    CPUStatCollector& cpu() { return CPUStatCollector::sharedCPUCollector(); }
+
+    test::TemporaryFolder folder;
+    const fs::path databases = folder / "Application Support/Vantor Bar/databases";
+    test::World world;
+    TestExtra extra;
+    std::optional<VTRCPUModule> module;
+};
+
+TEST_F(VTRCPUModuleTest, EachCollectorHasItsFile) {
+    start();
+    EXPECT_EQ(cpu().dbpath(), databases / "cpu.db");
+    EXPECT_EQ(LoadStatCollector::sharedLoadCollector().dbpath(), databases / "load.db");
+    EXPECT_FALSE(UptimeStatCollector::sharedUptimeCollector().dbpath());
+    EXPECT_TRUE(HistoryFile(databases / "cpu.db").hasTable("month_cpuhistory"));
+    EXPECT_TRUE(HistoryFile(databases / "load.db").hasTable("hour_loadavghistory"));
+}
+
+TEST_F(VTRCPUModuleTest, ACombinedExtraHasFilesOfItsOwn) {
+    extra.combined = true;
+    start();
+    EXPECT_EQ(cpu().dbpath(), databases / "combined_cpu.db");
+}
+
+TEST_F(VTRCPUModuleTest, TheHistoryIsThereWhenTheModuleListens) {
+    writeHistory();
+    start();
+    EXPECT_THAT(cpu().delegates(), ElementsAre(&*module));
+    EXPECT_EQ(cpu().sampleWithIdentifier(5, StorageType::hour).values[0], 50);
+    EXPECT_EQ(cpu().lastIDForType(1), 6);  // the slot of now, which is a gap
+    EXPECT_EQ(UptimeStatCollector::sharedUptimeCollector().boottime(), 0.0);
+}
+
+TEST_F(VTRCPUModuleTest, WithoutAPlaceForFilesItMeasuresAllTheSame) {
+    world.machine.directories.setRoot(std::nullopt);
+    start();
+    world.machine.run(200);
+    EXPECT_FALSE(cpu().dbpath());
+    EXPECT_GT(cpu().lastIDForType(1), 20);
+    EXPECT_THAT(world.journal.commits, IsEmpty());
+}
+
+TEST_F(VTRCPUModuleTest, ADamagedFileIsThrownAwayBeforeAnythingIsReadFromIt) {
+    writeHistory();
+    std::fstream(databases / "cpu.db", std::ios::in | std::ios::out).seekp(0) << "no database";
+    start();
+    EXPECT_EQ(cpu().lastIDForType(1), 0);
+    world.machine.run(150);
+    EXPECT_EQ(HistoryFile(databases / "cpu.db").number("SELECT min(sample) FROM hour_cpuhistory"),
+              2);
+}
+
+TEST_F(VTRCPUModuleTest, AnEmptyFileIsFilled) {
+    std::ofstream(databases / "cpu.db").close();
+    start();
+    world.machine.run(150);
+    EXPECT_GT(HistoryFile(databases / "cpu.db").number("SELECT count(*) FROM hour_cpuhistory"), 0);
+}
+
+TEST_F(VTRCPUModuleTest, AFolderInThePlaceOfAFileIsLeftAlone) {
+    fs::create_directories(databases / "cpu.db/kept");
+    start();
+    world.machine.run(200);
+    EXPECT_TRUE(fs::exists(databases / "cpu.db/kept"));
+    EXPECT_GT(cpu().lastIDForType(1), 20);
+    EXPECT_GT(HistoryFile(databases / "load.db").number("SELECT count(*) FROM hour_loadavghistory"),
+              0);
+}
+
+TEST_F(VTRCPUModuleTest, ALinkToNowhereBecomesAFile) {
+    fs::create_symlink(folder / "nowhere/cpu.db", databases / "cpu.db");
+    start();
+    EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(databases / "cpu.db")));
+    EXPECT_TRUE(HistoryFile(databases / "cpu.db").hasTable("hour_cpuhistory"));
+}
+
+TEST_F(VTRCPUModuleTest, APipeInThePlaceOfAFileHoldsNobodyUp) {
+    ASSERT_EQ(mkfifo((databases / "cpu.db").c_str(), 0600), 0);
+    start();
+    world.machine.run(200);
+    EXPECT_GT(cpu().lastIDForType(1), 20);
+    EXPECT_TRUE(fs::is_regular_file(databases / "cpu.db"));
+}
+
+TEST_F(VTRCPUModuleTest, UnloadingEndsAllCollectors) {
+    start();
+    module->partialUnload();
+    EXPECT_EQ(world.context.existingCPUCollector(), nullptr);
+    EXPECT_EQ(world.context.existingLoadCollector(), nullptr);
+    EXPECT_EQ(world.context.existingUptimeCollector(), nullptr);
+    world.machine.run(300);
+    EXPECT_THAT(world.journal.commits, IsEmpty());
+}
+
+TEST_F(VTRCPUModuleTest, AModuleThatGoesAtOnceLeavesNothingBehind) {
+    module.emplace(extra);
+    module->setup();
+    module->willUnload();
+    module.reset();
+    world.machine.run(5);
+    EXPECT_EQ(extra.updates, 0);
+}
+
+/// The start-up work on a thread of its own, as on a desktop.
+class VTRCPUModuleThreadTest : public VTRCPUModuleTest {
+protected:
+    VTRCPUModuleThreadTest() { writeHistory(); }
+
+    Ports threadedPorts() {
+        const Ports ports = world.machine.ports();
+        return {.clock = ports.clock,
+                .mainQueue = mainQueue,
+                .workQueues = workQueues,
+                .processorCounters = ports.processorCounters,
+                .loadAverages = ports.loadAverages,
+                .bootTime = ports.bootTime,
+                .directories = ports.directories,
+                .systemLog = ports.systemLog,
+                .workspace = ports.workspace,
+                .preferences = ports.preferences,
+                .distributedNotifications = ports.distributedNotifications,
+                .localNotifications = ports.localNotifications,
+                .appearance = ports.appearance,
+                .machineIdentity = ports.machineIdentity,
+                .regionalSettings = ports.regionalSettings,
+                .callStack = ports.callStack};
+    }
+
+    LinuxMainQueue mainQueue;
+    LinuxWorkQueues workQueues;
+    ProcessContext context{threadedPorts()};
+};
+
+TEST_F(VTRCPUModuleThreadTest, ReadersSeeNoSampleUntilTheModuleListens) {
+    module.emplace(extra);
+    module->setup();
+    const CPUStatCollector& reader = cpu();
+    while (reader.delegates().empty()) {
+        for (const StorageType type : {StorageType::now, StorageType::hour, StorageType::week})
+            EXPECT_EQ(reader.sampleAtIndex(0, type).sampleID, 0);
+        EXPECT_EQ(reader.idForInterval(1), 1);
+        EXPECT_THAT(reader.items(), IsEmpty());
+        mainQueue.runOnce(0.001);
+    }
+    EXPECT_EQ(reader.sampleWithIdentifier(5, StorageType::hour).values[0], 50);
+    module->willUnload();
+}
+
+TEST_F(VTRCPUModuleThreadTest, UnloadingWaitsForTheStartUpWork) {
+    module.emplace(extra);
+    module->setup();
+    module->willUnload();
+    EXPECT_EQ(context.existingCPUCollector(), nullptr);
+    EXPECT_EQ(context.existingUptimeCollector(), nullptr);
+    module.reset();
+    mainQueue.runOnce(0);
+}
+
+TEST_F(VTRCPUModuleThreadTest, AModuleThatDiesWaitsForTheStartUpWork) {
+    module.emplace(extra);
+    module->setup();
+    module.reset();
+    mainQueue.runOnce(0);
+    EXPECT_THAT(cpu().delegates(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace vantor
