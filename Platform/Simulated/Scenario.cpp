@@ -211,6 +211,35 @@ std::optional<ScenarioEvent::Action> lifeEvent(ScenarioObject& object, const Sce
     return kill;
 }
 
+std::string fileName(const ScenarioValue& name) {
+    if (name.text().empty() || name.text().find('/') != std::string::npos || name.text()[0] == '.')
+        name.fail("expected the name of a file");
+    return name.text();
+}
+
+Corruption::Kind corruptionNamed(const ScenarioValue& as) {
+    static constexpr std::pair<std::string_view, Corruption::Kind> kKinds[] = {
+        {"zeros", Corruption::Kind::zeros},
+        {"text", Corruption::Kind::text},
+        {"truncated", Corruption::Kind::truncated},
+        {"empty", Corruption::Kind::empty}};
+    for (const auto& [word, kind] : kKinds)
+        if (as.text() == word)
+            return kind;
+    as.fail("expected \"zeros\", \"text\", \"truncated\" or \"empty\"");
+}
+
+std::optional<ScenarioEvent::Action> corruptionEvent(ScenarioObject& object, const Scenario&) {
+    const auto value = object.find("corrupt");
+    if (!value)
+        return std::nullopt;
+    ScenarioObject entries(*value);
+    Corruption corruption{fileName(entries.require("file")),
+                          corruptionNamed(entries.require("as"))};
+    entries.finish();
+    return corruption;
+}
+
 std::optional<ScenarioEvent::Action> daemonEvent(ScenarioObject& object, const Scenario&) {
     static constexpr std::pair<std::string_view, DaemonChange> kChanges[] = {
         {"up", DaemonChange::up}, {"down", DaemonChange::down}, {"crash", DaemonChange::crash}};
@@ -239,11 +268,11 @@ double timeNotBefore(ScenarioObject& object, double earlier) {
 
 ScenarioEvent event(const ScenarioValue& value, double earlier, const Scenario& scenario) {
     static constexpr EventReader kReaders[] = {machineEvent, preferenceEvent, appearanceEvent,
-                                               timeEvent,    lifeEvent,       daemonEvent};
+                                               timeEvent,    lifeEvent,       corruptionEvent,
+                                               daemonEvent};
     ScenarioObject object(value);
     const double at = timeNotBefore(object, earlier);
     refuse(object, {"open", "close", "highlight", "click"}, "this program has no dropdown");
-    refuse(object, {"corrupt"}, "this program has no history files");
     std::optional<ScenarioEvent::Action> action;
     for (const EventReader read : kReaders)
         if (!action)
@@ -252,12 +281,6 @@ ScenarioEvent event(const ScenarioValue& value, double earlier, const Scenario& 
         value.fail("nothing happens");
     object.finish();
     return {at, *action};
-}
-
-std::string fileName(const ScenarioValue& name) {
-    if (name.text().empty() || name.text().find('/') != std::string::npos || name.text()[0] == '.')
-        name.fail("expected the name of a file");
-    return name.text();
 }
 
 SnapshotOutput snapshot(ScenarioObject& object) {

@@ -73,9 +73,16 @@ struct Kill {
     std::optional<double> pauseSeconds;
 };
 
+/// A history file is spoilt, while no program has it open.
+struct Corruption {
+    enum class Kind { zeros, text, truncated, empty };
+    std::string file;
+    Kind kind;
+};
+
 struct ScenarioEvent {
     using Action = std::variant<MachineChange, PreferenceWrite, AppearanceChange, DaemonChange,
-                                ClockStep, Stall, Sleep, Restart, Kill>;
+                                ClockStep, Stall, Sleep, Restart, Kill, Corruption>;
     double at;  // seconds after the start
     Action action;
 };

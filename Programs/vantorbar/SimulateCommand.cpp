@@ -22,6 +22,11 @@ namespace {
 
 constexpr int kUnusable = 2;
 
+namespace fs = std::filesystem;
+
+/// The scripted machine's own files, beside the outputs until they are shown among them.
+constexpr std::string_view kMachineFolder = ".machine";
+
 TimeZoneRules zoneOf(const simulated::Scenario& scenario) {
     auto rules = timeZoneNamed(scenario.timezone);
     if (!rules)
@@ -29,11 +34,19 @@ TimeZoneRules zoneOf(const simulated::Scenario& scenario) {
     return *std::move(rules);
 }
 
+/// Moves the history files out of the machine. What the program never made is an empty folder.
+void showMachineFiles(const simulated::SimulatedDirectories& directories, const fs::path& folder) {
+    const fs::path made = *directories.applicationSupport() / "Vantor Bar/databases";
+    if (fs::is_directory(made))
+        fs::rename(made, folder / "databases");
+    fs::create_directory(folder / "databases");
+    fs::create_directory(folder / "logs");
+    fs::remove_all(folder / kMachineFolder);
+}
+
 void runScenario(const simulated::Scenario& scenario, const SimulateOptions& options) {
     TimeZoneRules zone = zoneOf(scenario);
     OutputFolder folder(options.folder);
-    std::filesystem::create_directory(folder.path() / "databases");
-    std::filesystem::create_directory(folder.path() / "logs");
 
     simulated::Journal silent;
     std::optional<EventJournal> events;
@@ -42,6 +55,7 @@ void runScenario(const simulated::Scenario& scenario, const SimulateOptions& opt
     simulated::Journal& journal = events ? *events : silent;
     Simulation simulation(scenario, journal, folder);
     simulation.machine().timeZone.setRules(std::move(zone));
+    simulation.machine().directories.setRoot(folder.path() / kMachineFolder);
     simulation.machine().directories.setLogs(folder.path() / "logs");
     // The artwork and the texts are the program's own, whatever the machine.
     simulation.machine().directories.setResources(
@@ -52,6 +66,7 @@ void runScenario(const simulated::Scenario& scenario, const SimulateOptions& opt
     if (events)
         events->finish();
 
+    showMachineFiles(simulation.machine().directories, folder.path());
     const auto domain = jsonOfValue(simulation.machine().preferences.readAll());
     folder.writeFile("domain.json", domain.dump(1) + "\n");
     folder.publish();

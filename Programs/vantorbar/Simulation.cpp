@@ -5,8 +5,11 @@
 #include <utility>
 #include <variant>
 
+#include <fmt/format.h>
+
 #include "Hosts/Offscreen/OffscreenHost.h"
 #include "Programs/vantorbar/CombinedExtra.h"
+#include "Programs/vantorbar/FileDamage.h"
 #include "Programs/vantorbar/StateDump.h"
 #include "Shared/ProcessContext.h"
 #include "Targets/VantorBarCPU/VantorBarCPU.h"
@@ -120,6 +123,8 @@ struct Simulation::Act {
         simulation.programStart_ =
             kill.pauseSeconds ? machine.mainQueue.now() + *kill.pauseSeconds : kNever;
     }
+
+    void operator()(const Corruption& corruption) { simulation.corrupt(corruption); }
 };
 
 Simulation::Simulation(const Scenario& scenario, Journal& journal, const OutputFolder& folder)
@@ -149,6 +154,7 @@ void Simulation::setUpMachine() {
 
 void Simulation::startProgram() {
     programStart_ = kNever;
+    wasStarted_ = true;
     program_ = std::make_unique<Program>(machine_.ports(), journal_, scenario_.extra);
 }
 
@@ -219,6 +225,16 @@ void Simulation::takeOutput() {
 /// The clock goes on, nothing runs; not past the end.
 void Simulation::standStill(double seconds) {
     machine_.mainQueue.moveTo(std::min(machine_.mainQueue.now() + seconds, end_));
+}
+
+void Simulation::corrupt(const Corruption& corruption) {
+    const auto place = fmt::format("events/{}/corrupt", nextEvent_ - 1);
+    if (program_ || !wasStarted_)
+        throw ScenarioError(place, "the program is running, or never was");
+    const auto support = machine_.directories.applicationSupport();
+    if (!support ||
+        !spoilFile(*support / "Vantor Bar/databases" / corruption.file, corruption.kind))
+        throw ScenarioError(place, fmt::format("can't spoil {}", corruption.file));
 }
 
 void Simulation::write(const DumpOutput& output) {

@@ -25,7 +25,8 @@ public:
     simulated::SimulatedMachine& machine() noexcept { return machine_; }
     double start() const noexcept { return scenario_.start; }
 
-    /// To the end, where the extra is unloaded. Throws where an output can't be written.
+    /// To the end, where the extra is unloaded. Throws where an output can't be written, and
+    /// ScenarioError where an event can't take place.
     void run();
 
 private:
@@ -42,6 +43,7 @@ private:
     void takeEvent();
     void takeOutput();
     void standStill(double seconds);
+    void corrupt(const simulated::Corruption& corruption);
     void write(const simulated::DumpOutput& dump);
     void write(const simulated::SnapshotOutput& snapshot);
     double eventTime() const;
@@ -51,6 +53,7 @@ private:
     const OutputFolder& folder_;
     double end_;  // seconds since 1970, as all times here
     double programStart_;
+    bool wasStarted_ = false;
     std::size_t nextEvent_ = 0, nextOutput_ = 0;
     simulated::Journal& journal_;
     simulated::SimulatedMachine machine_;

@@ -5,6 +5,7 @@
 
 #include "Shared/Collectors/CPUStatCollector.h"
 #include "Shared/Collectors/LoadStatCollector.h"
+#include "Shared/Collectors/UptimeStatCollector.h"
 #include "Shared/VTRPreferences.h"
 
 namespace vantor {
@@ -76,6 +77,8 @@ json collectorStates(const ProcessContext& context) {
         states["cpu"] = cpuState(*cpu);
     if (const LoadStatCollector* const load = context.existingLoadCollector())
         states["load"] = collectorState(*load);
+    if (const UptimeStatCollector* const uptime = context.existingUptimeCollector())
+        states["uptime"] = {{"boottime", uptime->boottime()}};
     return states;
 }
 

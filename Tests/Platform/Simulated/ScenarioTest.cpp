@@ -137,6 +137,24 @@ TEST(ScenarioTest, SaysWhereItIsWrongAndWhy) {
         EXPECT_EQ(reasonAgainst(text), reason) << text;
 }
 
+TEST(ScenarioTest, AFileIsSpoiltInOneOfFourWays) {
+    const auto eventWith = [](std::string_view corrupt) {
+        return R"({"start": 1, "until": 9, "events": [{"at": 1, "corrupt": )" +
+               std::string(corrupt) + "}]}";
+    };
+    const Scenario scenario =
+        scenarioFromText(eventWith(R"({"file": "cpu.db", "as": "truncated"})"));
+    const auto& corruption = std::get<Corruption>(scenario.events.at(0).action);
+    EXPECT_EQ(corruption.file, "cpu.db");
+    EXPECT_EQ(corruption.kind, Corruption::Kind::truncated);
+    EXPECT_EQ(reasonAgainst(eventWith(R"({"file": "cpu.db", "as": "dust"})")),
+              "events/0/corrupt/as: expected \"zeros\", \"text\", \"truncated\" or \"empty\"");
+    EXPECT_EQ(reasonAgainst(eventWith(R"({"file": "../cpu.db", "as": "zeros"})")),
+              "events/0/corrupt/file: expected the name of a file");
+    EXPECT_EQ(reasonAgainst(eventWith(R"({"file": "cpu.db"})")),
+              "events/0/corrupt: \"as\" is missing");
+}
+
 TEST(ScenarioTest, AValueNestedWithoutEndIsRefused) {
     const std::string deep = std::string(10000, '[') + std::string(10000, ']');
     EXPECT_THAT(reasonAgainst(R"({"start": 1, "until": 1, "preferences": {"a": )" + deep + "}}"),
