@@ -44,10 +44,16 @@ bool isDatabaseValid(HistoryDatabaseItem& file) {
     return isValid;
 }
 
+/// A pipe, a device or the like: opening one may wait for whoever is at its other end.
+bool isNoFile(const std::filesystem::path& path) {
+    std::error_code ignored;  // what can't be looked at can't be opened either
+    return std::filesystem::is_other(path, ignored);
+}
+
 /// Opens the file; one that is damaged is thrown away, never repaired.
 void openSoundDatabase(const std::optional<std::filesystem::path>& path) {
     auto& controller = HistoryDatabaseController::sharedHistoryDatabaseController();
-    if (!path || isDatabaseValid(*controller.databaseWithPath(path)))
+    if (!path || (!isNoFile(*path) && isDatabaseValid(*controller.databaseWithPath(path))))
         return;
     controller.deleteDatabase(*path);
     controller.databaseWithPath(path);
