@@ -29,26 +29,12 @@ struct LogOfThisMachine {
     ~LogOfThisMachine() { std::filesystem::remove_all(folder); }
 
     Ports ports() {
-        const Ports scripted = machine.ports();
-        return {.clock = clock,
-                .mainQueue = mainQueue,
-                .workQueues = workQueues,
-                .processorCounters = scripted.processorCounters,
-                .loadAverages = scripted.loadAverages,
-                .bootTime = scripted.bootTime,
-                .directories = scripted.directories,
-                .systemLog = scripted.systemLog,
-                .workspace = scripted.workspace,
-                .preferences = scripted.preferences,
-                .distributedNotifications = scripted.distributedNotifications,
-                .localNotifications = scripted.localNotifications,
-                .appearance = scripted.appearance,
-                .machineIdentity = scripted.machineIdentity,
-                .regionalSettings = scripted.regionalSettings,
-                .callStack = scripted.callStack,
-                .fileSystem = files,
-                .thisProcess = process,
-                .timeZone = zone};
+        return overriddenPorts(machine.ports(), {.clock = &clock,
+                                                 .mainQueue = &mainQueue,
+                                                 .workQueues = &workQueues,
+                                                 .fileSystem = &files,
+                                                 .thisProcess = &process,
+                                                 .timeZone = &zone});
     }
     void addFileLogger(LGLog& log) {
         auto manager = std::make_shared<LGLogFileManagerDefault>(log, folder);

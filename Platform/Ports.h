@@ -60,12 +60,16 @@ struct Ports {
 
 /// Ports that stand in for others; null leaves the one that there is.
 struct PortOverrides {
+    Clock* clock = nullptr;
+    MainQueue* mainQueue = nullptr;
     WorkQueues* workQueues = nullptr;
-    FileSystem* fileSystem = nullptr;
     ProcessorCounters* processorCounters = nullptr;
     LoadAverages* loadAverages = nullptr;
     PreferenceDomain* preferences = nullptr;
     Appearance* appearance = nullptr;
+    FileSystem* fileSystem = nullptr;
+    ThisProcess* thisProcess = nullptr;
+    TimeZone* timeZone = nullptr;
 };
 
 /// `ports`, with those of `overrides` in the place of its own.
@@ -73,8 +77,8 @@ inline Ports overriddenPorts(const Ports& ports, const PortOverrides& overrides)
     const auto pick = [](auto* override_, auto& own) -> auto& {
         return override_ != nullptr ? *override_ : own;
     };
-    return {.clock = ports.clock,
-            .mainQueue = ports.mainQueue,
+    return {.clock = pick(overrides.clock, ports.clock),
+            .mainQueue = pick(overrides.mainQueue, ports.mainQueue),
             .workQueues = pick(overrides.workQueues, ports.workQueues),
             .processorCounters = pick(overrides.processorCounters, ports.processorCounters),
             .loadAverages = pick(overrides.loadAverages, ports.loadAverages),
@@ -91,8 +95,8 @@ inline Ports overriddenPorts(const Ports& ports, const PortOverrides& overrides)
             .regionalSettings = ports.regionalSettings,
             .callStack = ports.callStack,
             .fileSystem = pick(overrides.fileSystem, ports.fileSystem),
-            .thisProcess = ports.thisProcess,
-            .timeZone = ports.timeZone,
+            .thisProcess = pick(overrides.thisProcess, ports.thisProcess),
+            .timeZone = pick(overrides.timeZone, ports.timeZone),
             .registry = ports.registry,
             .graphicsControl = ports.graphicsControl,
             .displays = ports.displays,

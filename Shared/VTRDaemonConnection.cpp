@@ -8,6 +8,7 @@
 #include "Platform/DistributedNotifications.h"
 #include "Platform/MainQueue.h"
 #include "Platform/Workspace.h"
+#include "Shared/External/Logging/LGLog.h"
 #include "Shared/ProcessContext.h"
 #include "Shared/VTRPreferenceFunctions.h"
 
@@ -20,8 +21,7 @@ std::string textForm(std::int64_t key) { return fmt::format("{}", key); }
 
 }  // namespace
 
-VTRDaemonConnection::VTRDaemonConnection(const Ports& ports, Log log)
-    : ports_(ports), log_(std::move(log)) {
+VTRDaemonConnection::VTRDaemonConnection(const Ports& ports) : ports_(ports) {
     daemonReady_ = ports_.distributedNotifications.observe(
         std::string(kDaemonReady), [this](const Notification&) { daemonAvailable(); });
     connectLater();
@@ -44,11 +44,6 @@ void VTRDaemonConnection::cleanup() noexcept {
     connection_.reset();
     listeners_.clear();
     daemonReady_.end();
-}
-
-void VTRDaemonConnection::log(std::string_view text) const {
-    if (log_)
-        log_(text);
 }
 
 template <class Action>
@@ -86,7 +81,7 @@ void VTRDaemonConnection::interrupted() { linkLost("interupption"); }
 void VTRDaemonConnection::invalidated() { linkLost("invalidation"); }
 
 void VTRDaemonConnection::linkLost(std::string_view how) {
-    log(how);
+    LGLogInfo(how);
     connection_.reset();
     disconnected();
 }
@@ -128,7 +123,7 @@ void VTRDaemonConnection::request(std::string_view operation, PropertyValue::Arr
 }
 
 void VTRDaemonConnection::startProcessesWithKey(std::int64_t key) {
-    log(fmt::format("startProcessesWithKey {}", key));
+    LGLogInfo(fmt::format("startProcessesWithKey {}", key));
     later([key](VTRDaemonConnection& self) {
         self.send(VTRBoolForKey("ProcessesCombine") ? DaemonProtocol::enableHierachy
                                                     : DaemonProtocol::disableHierachy);

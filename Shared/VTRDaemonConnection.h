@@ -27,10 +27,8 @@ public:
     using Response = PropertyValue::Dictionary;
     using Listener = std::shared_ptr<VTRProcessesCallBackProtocol>;
     using VersionReply = std::function<void(std::int64_t, std::int64_t)>;
-    /// What is told what happens to the link, one line at a time. Any thread.
-    using Log = std::function<void(std::string_view text)>;
 
-    explicit VTRDaemonConnection(const Ports& ports, Log log = {});
+    explicit VTRDaemonConnection(const Ports& ports);
     ~VTRDaemonConnection() override;
     VTRDaemonConnection(const VTRDaemonConnection&) = delete;
     VTRDaemonConnection& operator=(const VTRDaemonConnection&) = delete;
@@ -83,7 +81,6 @@ public:
 private:
     void connectLater();
     void linkLost(std::string_view how);
-    void log(std::string_view text) const;
     /// On the main queue, in its turn, if there is still somebody to do it.
     template <class Action>
     void later(Action action);
@@ -91,7 +88,6 @@ private:
     void send(std::string_view operation, const PropertyValue::Array& arguments = {});
 
     Ports ports_;
-    Log log_;
     std::unique_ptr<DaemonConnection> connection_;  // null: not connected
     std::map<std::string, Response, std::less<>> storage_;
     std::map<std::string, std::vector<Listener>, std::less<>> listeners_;

@@ -117,9 +117,9 @@ void readMachine(const ScenarioValue& value, Scenario& scenario) {
         const auto seconds = static_cast<std::int64_t>(boot.numberAtLeast(0));
         scenario.bootSeconds = seconds == 0 ? std::nullopt : std::optional(seconds);
     });
-    object.with("model", [&](auto& value) { scenario.model = optionalText(value); });
-    object.with("serial", [&](auto& value) { scenario.serial = optionalText(value); });
-    object.with("screens", [&](auto& value) { scenario.screens = screenList(value); });
+    object.with("model", [&](auto& model) { scenario.model = optionalText(model); });
+    object.with("serial", [&](auto& serial) { scenario.serial = optionalText(serial); });
+    object.with("screens", [&](auto& screens) { scenario.screens = screenList(screens); });
     scenario.machine = machineChange(object, scenario.cpus);
     object.finish();
 }

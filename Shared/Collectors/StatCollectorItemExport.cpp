@@ -24,11 +24,11 @@ bool isDivided(const SampleConfig& config, std::string_view key, int protocol) {
 PropertyValue::Dictionary StatCollectorItem::xmlSampleFromSample(const statsample& sample,
                                                                  std::size_t, int protocol) const {
     PropertyValue::Dictionary exported;
-    for (const auto& [key, position] : config.xmlSampleKeys) {
+    for (const auto& [name, position] : config.xmlSampleKeys) {
         double value = sample.values[static_cast<std::size_t>(position)];
-        if (isDivided(config, key, protocol))
+        if (isDivided(config, name, protocol))
             value /= *config.xmlSampleDivide;
-        exported[std::string(key)] = fmt::format("{:.2f}", value);
+        exported[std::string(name)] = fmt::format("{:.2f}", value);
     }
     if (sample.empty != 0)
         exported["empty"] = true;

@@ -4,7 +4,7 @@
 
 #include "Platform/BootTime.h"
 #include "Shared/Database/HistoryDatabaseController.h"
-#include "Shared/Database/HistoryLog.h"
+#include "Shared/External/Logging/LGLog.h"
 #include "Shared/ProcessContext.h"
 
 namespace vantor::inline VANTOR_MODULE {
@@ -19,7 +19,7 @@ void addStart(HistoryDatabaseItem& file, double boottime, const Ports& ports,
             database.executeQuery("SELECT * FROM boottimes WHERE time = ?", arguments);
         if (rows && rows->next())
             return;
-        logHistory(ports, line);
+        LGLogInfo(line);
         database.executeUpdate("insert into boottimes (time) values (?)", arguments);
     });
 }

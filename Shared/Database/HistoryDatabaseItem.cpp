@@ -11,7 +11,7 @@
 #include "Platform/Witness.h"
 #include "Platform/WorkQueues.h"
 #include "Shared/Assertion.h"
-#include "Shared/Database/HistoryLog.h"
+#include "Shared/External/Logging/LGLog.h"
 #include "Shared/Database/HistoryRecordList.h"
 
 namespace vantor::inline VANTOR_MODULE {
@@ -72,7 +72,7 @@ void HistoryDatabaseItem::Parts::openDatabase() {
     database.setLogsErrors(false);
     database.setShouldCacheStatements(true);
     if (!database.open())
-        logHistory(ports, "Could not open db.");
+        LGLogInfo("Could not open db.");
 }
 
 void HistoryDatabaseItem::Parts::addItem(HistoryRecord record) {
@@ -122,11 +122,11 @@ std::size_t HistoryDatabaseItem::Parts::writeBatch() {
 void HistoryDatabaseItem::Parts::query(const Closure& closure) {
     closure(database);
     if (database.hasOpenResultSets())
-        logHistory(ports, kOpenCursor);
+        LGLogInfo(kOpenCursor);
 }
 
 void HistoryDatabaseItem::Parts::failReentrant() {
-    logHistory(ports, kReentrant);
+    LGLogInfo(kReentrant);
     failAssertion(ports.systemLog, fmt::format("currentSyncQueue != self && \"{}\"", kReentrant));
 }
 

@@ -54,9 +54,10 @@ protected:
     test::World world;
     simulated::SimulatedDaemon& daemon = world.machine.daemon;
     std::vector<std::string>& calls = world.journal.daemonCalls;
-    std::vector<std::string> heard, logged;
-    std::unique_ptr<VTRDaemonConnection> connection = std::make_unique<VTRDaemonConnection>(
-        world.machine.ports(), [this](std::string_view text) { logged.emplace_back(text); });
+    std::vector<std::string>& logged = world.journal.logLines;
+    std::vector<std::string> heard;
+    std::unique_ptr<VTRDaemonConnection> connection =
+        std::make_unique<VTRDaemonConnection>(world.machine.ports());
 };
 
 TEST_F(VTRDaemonConnectionTest, ConnectsTwoSecondsAfterItWasMade) {

@@ -45,7 +45,7 @@ TEST_F(UptimeStatCollectorTest, WithoutAFileNothingIsLogged) {
     EXPECT_FALSE(collector().prepareDatabase(false));
     EXPECT_TRUE(collector().prepareDatabase(true));
     collector().loadUptime();
-    EXPECT_THAT(world.journal.systemLogLines, IsEmpty());
+    EXPECT_THAT(world.journal.logLines, IsEmpty());
 }
 
 TEST_F(UptimeStatCollectorTest, ATableThatIsMissingIsMadeAndChangesTheResult) {
@@ -62,7 +62,7 @@ TEST_F(UptimeStatCollectorTest, TheSameStartLeavesOneRow) {
     collector().loadUptime();
     collector().loadUptime();
     EXPECT_THAT(starts("uptime.db"), ElementsAre(1'425'000'000.0));
-    EXPECT_THAT(world.journal.systemLogLines, ElementsAre("adding new boot"));
+    EXPECT_THAT(world.journal.logLines, ElementsAre("adding new boot"));
 }
 
 TEST_F(UptimeStatCollectorTest, AnotherStartIsAnotherRow) {
@@ -81,7 +81,7 @@ TEST_F(UptimeStatCollectorTest, BothFilesKnowTheStart) {
     collector().loadUptime();
     EXPECT_THAT(starts("uptime.db"), ElementsAre(1'425'000'000.0));
     EXPECT_THAT(starts("long.db"), ElementsAre(1'425'000'000.0));
-    EXPECT_THAT(world.journal.systemLogLines,
+    EXPECT_THAT(world.journal.logLines,
                 ElementsAre("adding new boot", "adding new boot long"));
 }
 

@@ -162,7 +162,7 @@ TEST_F(HistoryDatabaseItemTest, AFloodDropsTheOldestAndSaysSoOnce) {
 
 TEST_F(HistoryDatabaseItemTest, AFileThatCantBeOpenedIsLoggedAndQuiet) {
     HistoryDatabaseItem broken(world.machine.ports(), folder / "missing/load.db", wait);
-    EXPECT_THAT(world.journal.systemLogLines, ElementsAre("Could not open db."));
+    EXPECT_THAT(world.journal.logLines, ElementsAre("Could not open db."));
     broken.addItem(row(1));
     broken.commit();
     EXPECT_THAT(numbersOf(broken), IsEmpty());
@@ -172,12 +172,12 @@ TEST_F(HistoryDatabaseItemTest, AFileThatCantBeOpenedIsLoggedAndQuiet) {
 TEST_F(HistoryDatabaseItemTest, ACursorLeftOpenIsLoggedAndStaysOpen) {
     std::unique_ptr<SQLResultSet> rows;
     item.queryDatabase([&](SQLDatabase& database) { rows = database.executeQuery("SELECT 1"); });
-    EXPECT_THAT(world.journal.systemLogLines,
+    EXPECT_THAT(world.journal.logLines,
                 ElementsAre("Warning: there is at least one open result set around after "
                             "performing [SQLDatabaseQueue inDatabase:]"));
     EXPECT_TRUE(rows->next());
     item.queryDatabaseAsync([](SQLDatabase&) {});
-    EXPECT_THAT(world.journal.systemLogLines, SizeIs(1));
+    EXPECT_THAT(world.journal.logLines, SizeIs(1));
 }
 
 TEST_F(HistoryDatabaseItemTest, AnotherItemsQueueMayWaitForThisOne) {
@@ -266,23 +266,9 @@ protected:
     HistoryDatabaseItemThreadsTest() { item.queryDatabase(createTable); }
 
     static Ports withQueues(const Ports& ports, WorkQueues& queues) {
-        return {.clock = ports.clock,
-                .mainQueue = ports.mainQueue,
-                .workQueues = queues,
-                .processorCounters = ports.processorCounters,
-                .loadAverages = ports.loadAverages,
-                .bootTime = ports.bootTime,
-                .directories = ports.directories,
-                .systemLog = ports.systemLog,
-                .workspace = ports.workspace,
-                .preferences = ports.preferences,
-                .distributedNotifications = ports.distributedNotifications,
-                .localNotifications = ports.localNotifications,
-                .appearance = ports.appearance,
-                .machineIdentity = ports.machineIdentity,
-                .regionalSettings = ports.regionalSettings,
-                .callStack = ports.callStack,
-                .witness = nullptr};
+        Ports threaded = overriddenPorts(ports, {.workQueues = &queues});
+        threaded.witness = nullptr;
+        return threaded;
     }
 
     test::World world;

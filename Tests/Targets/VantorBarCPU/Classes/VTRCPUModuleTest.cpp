@@ -168,23 +168,10 @@ protected:
     VTRCPUModuleThreadTest() { writeHistory(); }
 
     Ports threadedPorts() {
-        const Ports ports = world.machine.ports();
-        return {.clock = ports.clock,
-                .mainQueue = mainQueue,
-                .workQueues = workQueues,
-                .processorCounters = ports.processorCounters,
-                .loadAverages = ports.loadAverages,
-                .bootTime = ports.bootTime,
-                .directories = ports.directories,
-                .systemLog = ports.systemLog,
-                .workspace = ports.workspace,
-                .preferences = ports.preferences,
-                .distributedNotifications = ports.distributedNotifications,
-                .localNotifications = ports.localNotifications,
-                .appearance = ports.appearance,
-                .machineIdentity = ports.machineIdentity,
-                .regionalSettings = ports.regionalSettings,
-                .callStack = ports.callStack};
+        Ports ports = overriddenPorts(world.machine.ports(),
+                                      {.mainQueue = &mainQueue, .workQueues = &workQueues});
+        ports.witness = nullptr;
+        return ports;
     }
 
     LinuxMainQueue mainQueue;
