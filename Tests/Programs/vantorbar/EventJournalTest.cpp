@@ -3,6 +3,7 @@
 #include <fstream>
 #include <string>
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "Platform/Simulated/SimulatedMachine.h"
@@ -31,10 +32,14 @@ TEST_F(EventJournalTest, ACallToTheDaemonIsALineWithItsArguments) {
     journal.daemon("smartTemps", {});
     journal.daemon("startRequestWithKey:", {std::int64_t{9007199254740993}});
     journal.daemon("setFanSet:", {PropertyValue(PropertyValue::Array{"fan \"1\"", 1.5})});
-    const std::string begin = R"({"time":1425900000,"at":0,"kind":"daemon","call":)";
-    EXPECT_EQ(written(), begin + R"("smartTemps","arguments":[]})" + "\n" + begin +
-                             R"("startRequestWithKey:","arguments":[9007199254740993]})" + "\n" +
-                             begin + R"("setFanSet:","arguments":[["fan \"1\"",1.5]]})" + "\n");
+    const auto line = [](std::string_view call, std::string_view arguments) {
+        return fmt::format(R"({{"time":1425900000,"at":0,"kind":"daemon","call":"{}",)"
+                           R"("arguments":[{}]}})"
+                           "\n",
+                           call, arguments);
+    };
+    EXPECT_EQ(written(), line("smartTemps", "") + line("startRequestWithKey:", "9007199254740993") +
+                             line("setFanSet:", R"(["fan \"1\"",1.5])"));
 }
 
 TEST_F(EventJournalTest, ACommitIsALine) {

@@ -323,8 +323,10 @@ TEST_F(HistoryDatabaseItemThreadsTest, ItsEndRunsWhatWasQueued) {
 TEST(HistoryDatabaseItemDeathTest, WaitingForItsOwnQueueEndsTheProcess) {
     struct ShownJournal final : simulated::Journal {
         void systemLog(std::string_view text) override { test::ShownLog().write(text); }
+        void logged(std::string_view text) override { test::ShownLog().write(text); }
     } journal;
     simulated::SimulatedMachine machine(simulated::SimulatedMachine::kStart, 0, &journal);
+    const ProcessContext context(machine.ports());
     test::TemporaryFolder folder;
     HistoryDatabaseItem item(machine.ports(), folder / "cpu.db");
     EXPECT_DEATH(
