@@ -10,8 +10,7 @@
 namespace vantor::inline VANTOR_MODULE {
 namespace {
 
-void addStart(HistoryDatabaseItem& file, double boottime, const Ports& ports,
-              std::string_view line) {
+void addStart(HistoryDatabaseItem& file, double boottime, std::string_view line) {
     const PropertyValue start(boottime);
     const std::span<const PropertyValue> arguments(&start, 1);
     file.queryDatabase([&](SQLDatabase& database) {
@@ -61,9 +60,9 @@ void UptimeStatCollector::loadUptime() {
 void UptimeStatCollector::addToDatabase() {
     const auto [file, longFile] = historyFiles();
     if (file != nullptr)
-        addStart(*file, boottime(), ports(), "adding new boot");
+        addStart(*file, boottime(), "adding new boot");
     if (longFile != nullptr)
-        addStart(*longFile, boottime(), ports(), "adding new boot long");
+        addStart(*longFile, boottime(), "adding new boot long");
 }
 
 }  // namespace vantor::inline VANTOR_MODULE
