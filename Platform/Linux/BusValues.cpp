@@ -103,6 +103,14 @@ public:
         });
     }
 
+    /// Every argument, for its size.
+    bool all() {
+        return elements([&] {
+            PropertyValue ignored;
+            return value(ignored, 0);
+        });
+    }
+
 private:
     /// The next value; one of no kind of ours is passed over and stays nothing.
     bool value(PropertyValue& into, int depth) {
@@ -247,6 +255,11 @@ std::optional<PropertyValue::Dictionary> readBusDictionary(sd_bus_message& messa
         !ValueReader(message).dictionary(dictionary))
         return std::nullopt;
     return dictionary;
+}
+
+bool isWithinBusBounds(sd_bus_message& message) {
+    const bool isWithin = ValueReader(message).all();
+    return sd_bus_message_rewind(&message, 1) >= 0 && isWithin;
 }
 
 }  // namespace vantor

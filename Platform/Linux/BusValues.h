@@ -17,4 +17,8 @@ bool appendBusArgument(sd_bus_message& message, const PropertyValue& value);
 /// kinds here; what there is no kind for is left out.
 std::optional<PropertyValue::Dictionary> readBusDictionary(sd_bus_message& message);
 
+/// Whether what a message has is neither too large nor too deep; it is read from its beginning
+/// afterwards.
+bool isWithinBusBounds(sd_bus_message& message);
+
 }  // namespace vantor

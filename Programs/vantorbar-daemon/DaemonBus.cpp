@@ -1,11 +1,13 @@
 #include "Programs/vantorbar-daemon/DaemonBus.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include <fmt/format.h>
 #include <systemd/sd-bus.h>
 
+#include "Platform/Linux/BusValues.h"
 #include "Platform/Linux/LinuxBuses.h"
 
 namespace vantor {
@@ -147,7 +149,7 @@ void DaemonBus::receive(sd_bus_message& message) {
     Caller* const caller = sender == nullptr ? nullptr : callerOf(message);
     if (caller == nullptr || caller->state == Caller::State::refused)
         return;  // not even an answer: it would be work that others wait for
-    if (!caller->rate.allow(environs_.clock.monotonic()))
+    if (!caller->rate.allow(environs_.clock.monotonic()) || !isWithinBusBounds(message))
         return refuse(sender, *caller);
     const auto request = requestIn(message);
     if (!request)
@@ -172,9 +174,9 @@ void DaemonBus::take(const std::string& name, Caller& caller, WaitingCall call) 
 }
 
 DaemonBus::Caller* DaemonBus::callerOf(sd_bus_message& message) {
-    const std::string name = sd_bus_message_get_sender(&message);
+    const std::string_view name = sd_bus_message_get_sender(&message);
     const auto found = callers_.find(name);
-    return found == callers_.end() ? meet(name) : &found->second;
+    return found == callers_.end() ? meet(std::string(name)) : &found->second;
 }
 
 /// Somebody new, of whom the bus is asked. Null where too many are known.

@@ -26,7 +26,8 @@ std::optional<std::string> daemonBusAddress(const Environment& environment);
 /// the service and lists to the clients.
 /// A client is a connection of one of a few users, as the bus knows it. Its requests wait until
 /// the bus has said whose it is. It is forgotten when it leaves the bus, when it takes no list for
-/// kUnreadSeconds, and not heard any more when it calls too often.
+/// kUnreadSeconds, and not heard any more when it calls too often or sends what is too
+/// large.
 /// Shape:  at most kCallers are known at a time; of each at most kWaitingCalls wait, and one list
 ///         is under way. What isn't one of our calls, or comes from somebody who isn't let in, is
 ///         never looked into.

@@ -263,13 +263,29 @@ TEST_F(DaemonBusTest, WhoFloodsUsIsNotHeardAnyMoreAndOthersAre) {
     EXPECT_THAT(hostile->lists, IsEmpty());
 }
 
-TEST_F(DaemonBusTest, MessageOfManyMegabytesDisturbsNobody) {
+TEST_F(DaemonBusTest, WhoSendsMessagesThatAreTooLargeIsNotHeardAnyMoreAndOthersAre) {
     ownForUs();
-    const auto hostile = newClient(), client = newClient();
     const std::string large(std::size_t{16} << 20, 'x');
-    hostile->send("SetNetworkSet", "s", large.c_str());
+    const auto texts = newClient(), arrays = newClient(), strangers = newClient(),
+               client = newClient();
+    texts->send("SetNetworkSet", "s", large.c_str());
+    arrays->send("SetFanSet", "av", 2, "s", "fan", "s", large.c_str());
+    strangers->send("Quit", "as", 1, large.c_str());
+    for (const auto& hostile : {&texts, &arrays, &strangers})
+        (*hostile)->send("StartRequestWithKey", "x", std::int64_t{1});
     EXPECT_EQ(client->version(), "1.0");
-    EXPECT_TRUE(test::runUntil(queue, [&] { return !log.lines.empty(); }));
+    for (const auto& hostile : {&texts, &arrays, &strangers})
+        settleAll(**hostile);
+    EXPECT_THAT(log.lines, IsEmpty());
+    pass(3);
+    EXPECT_EQ(source.readings(), 0);
+}
+
+TEST_F(DaemonBusTest, LargestMessageWithinTheBoundsIsTaken) {
+    ownForUs();
+    const auto client = newClient();
+    client->send("SetNetworkSet", "s", std::string(1'000'000, 'x').c_str());
+    settleAll(*client);
     EXPECT_THAT(log.lines, ElementsAre("SetNetworkSet: not offered here"));
 }
 
