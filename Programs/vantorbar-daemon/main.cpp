@@ -28,6 +28,12 @@ void returnLargeBlocks() noexcept {
     mallopt(M_TRIM_THRESHOLD, kLargeBlockBytes);
 }
 
+/// Whoever has the bus start us has a fresh link, and nobody has a stale one: the bus told those
+/// who had a link before. Only where somebody else starts us there is something to tell.
+bool isStartedByTheBus() {
+    return nonEmpty(processEnvironment(), "DBUS_STARTER_BUS_TYPE").has_value();
+}
+
 /// Serves until nobody needs it. False where it couldn't, which the log has been told.
 bool serve() {
     const LinuxClock clock;
@@ -42,7 +48,10 @@ bool serve() {
     ProcessService service({queue, clock, source, log}, link, [&] { link.release(end); });
 
     bool isTaken = false;
-    const auto announce = [&] { notifications.post("VantorBarDaemonXPCReady", {}); };
+    const auto announce = [&] {
+        if (!isStartedByTheBus())
+            notifications.post("VantorBarDaemonXPCReady", {});
+    };
     link.own(service, announce, [&] {
         log.write(fmt::format("{} is somebody else's on this bus", kDaemonName));
         isTaken = true;
