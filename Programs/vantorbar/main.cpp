@@ -12,6 +12,7 @@
 #include "Programs/vantorbar/RunCommand.h"
 #include "Programs/vantorbar/SimulateCommand.h"
 #include "Programs/vantorbar/SnapshotCommand.h"
+#include "Programs/vantorbar/TopCommand.h"
 
 namespace {
 
@@ -46,6 +47,7 @@ int runCommandLine(int argc, char** argv) {
     app.set_version_flag("--version", "vantorbar " VANTOR_VERSION);
     app.require_subcommand(1);
     vantor::addRunCommand(app, exitStatus);
+    vantor::addTopCommand(app, exitStatus);
     vantor::addDoctorCommand(app, exitStatus);
     vantor::addPrefsCommand(app, exitStatus);
     vantor::addSimulateCommand(app, exitStatus);
