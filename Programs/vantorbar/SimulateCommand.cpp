@@ -26,6 +26,7 @@ namespace fs = std::filesystem;
 
 /// The scripted machine's own files, beside the outputs until they are shown among them.
 constexpr std::string_view kMachineFolder = ".machine";
+constexpr std::string_view kDatabases = "Vantor Bar/databases";
 
 TimeZoneRules zoneOf(const simulated::Scenario& scenario) {
     auto rules = timeZoneNamed(scenario.timezone);
@@ -36,7 +37,7 @@ TimeZoneRules zoneOf(const simulated::Scenario& scenario) {
 
 /// Moves the history files out of the machine. What the program never made is an empty folder.
 void showMachineFiles(const simulated::SimulatedDirectories& directories, const fs::path& folder) {
-    const fs::path made = *directories.applicationSupport() / "Vantor Bar/databases";
+    const fs::path made = *directories.applicationSupport() / kDatabases;
     if (fs::is_directory(made))
         fs::rename(made, folder / "databases");
     fs::create_directory(folder / "databases");
@@ -45,7 +46,7 @@ void showMachineFiles(const simulated::SimulatedDirectories& directories, const 
 }
 
 void runScenario(const simulated::Scenario& scenario, const SimulateOptions& options) {
-    TimeZoneRules zone = zoneOf(scenario);
+    zoneOf(scenario);  // before anything is made
     OutputFolder folder(options.folder);
 
     simulated::Journal silent;
@@ -54,12 +55,7 @@ void runScenario(const simulated::Scenario& scenario, const SimulateOptions& opt
         events.emplace(folder.path() / "events.jsonl");
     simulated::Journal& journal = events ? *events : silent;
     Simulation simulation(scenario, journal, folder);
-    simulation.machine().timeZone.setRules(std::move(zone));
-    simulation.machine().directories.setRoot(folder.path() / kMachineFolder);
-    simulation.machine().directories.setLogs(folder.path() / "logs");
-    // The artwork and the texts are the program's own, whatever the machine.
-    simulation.machine().directories.setResources(
-        LinuxDirectories(programDirectories()).resources());
+    placeMachine(simulation, scenario, folder);
     if (events)
         events->attach(simulation.machine().clock, simulation.machine().mainQueue, scenario.start);
     simulation.run();
@@ -73,6 +69,22 @@ void runScenario(const simulated::Scenario& scenario, const SimulateOptions& opt
 }
 
 }  // namespace
+
+void placeMachine(Simulation& simulation, const simulated::Scenario& scenario,
+                  const OutputFolder& folder) {
+    simulated::SimulatedMachine& machine = simulation.machine();
+    machine.timeZone.setRules(zoneOf(scenario));
+    machine.directories.setRoot(folder.path() / kMachineFolder);
+    machine.directories.setLogs(folder.path() / "logs");
+    // The artwork and the texts are the program's own, whatever the machine.
+    machine.directories.setResources(LinuxDirectories(programDirectories()).resources());
+}
+
+fs::path historyFolderOf(const OutputFolder& folder) {
+    simulated::SimulatedDirectories directories;
+    directories.setRoot(folder.path() / kMachineFolder);
+    return *directories.applicationSupport() / kDatabases;
+}
 
 int simulate(const SimulateOptions& options, std::ostream& err) {
     try {

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "Programs/vantorbar/DoctorCommand.h"
+#include "Programs/vantorbar/HistoryCommand.h"
 #include "Programs/vantorbar/PrefsCommand.h"
 #include "Programs/vantorbar/RecordCommand.h"
 #include "Programs/vantorbar/RunCommand.h"
@@ -50,6 +51,7 @@ int runCommandLine(int argc, char** argv) {
     vantor::addTopCommand(app, exitStatus);
     vantor::addDoctorCommand(app, exitStatus);
     vantor::addPrefsCommand(app, exitStatus);
+    vantor::addHistoryCommand(app, exitStatus);
     vantor::addSimulateCommand(app, exitStatus);
     vantor::addRecordCommand(app, exitStatus);
     vantor::addSnapshotCommand(app, exitStatus);
