@@ -61,6 +61,7 @@ SignalWatch::SignalWatch(LinuxMainQueue& queue, const std::vector<int>& signals,
     isEnding = false;
     // A handler that does nothing, not SIG_IGN: that would be passed on to programs we start.
     setHandler(SIGPIPE, ignored);
+    setHandler(SIGXFSZ, ignored);  // a file that may not grow is one that can't be written
     for (const int signal : signals_)
         setHandler(signal, caught);
 }

@@ -15,6 +15,7 @@
 #include <nlohmann/json.hpp>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -131,6 +132,27 @@ TEST(RunCommandTest, AReaderThatGoesEndsItQuietly) {
     RunningProgram program({"run"});
     ASSERT_THAT(program.line(), StartsWith("{"));
     program.closeOutput();
+    EXPECT_EQ(program.status(), 0);
+}
+
+/// For programs that are started meanwhile, no file may grow.
+class FilesThatStay {
+public:
+    FilesThatStay() {
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit none{0, before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &none);
+    }
+    ~FilesThatStay() { setrlimit(RLIMIT_FSIZE, &before_); }
+
+private:
+    rlimit before_{};
+};
+
+TEST(RunCommandTest, AHistoryThatMayNotGrowStopsNothing) {
+    const FilesThatStay limit;
+    RunningProgram program({"run", "--host", "none", "--count", "2"});
+    EXPECT_EQ(program.rest(), "");
     EXPECT_EQ(program.status(), 0);
 }
 
