@@ -28,6 +28,23 @@ bool isReportOK(sqlite3_stmt* check, SystemLog& systemLog) {
     return isOK;
 }
 
+/// Whether the reason is the machine's, not the file's: it says nothing of what is in the file.
+bool passes(int answer) noexcept {
+    switch (answer & 0xFF) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+    case SQLITE_NOMEM:
+    case SQLITE_READONLY:
+    case SQLITE_INTERRUPT:
+    case SQLITE_IOERR:
+    case SQLITE_FULL:
+    case SQLITE_CANTOPEN:
+        return true;
+    default:
+        return false;
+    }
+}
+
 }  // namespace
 
 bool isIntegrityReportOK(std::string_view report) { return lowerCased(trimmed(report)) == "ok"; }
@@ -36,8 +53,9 @@ bool SQLDatabase::isDatabaseValid() {
     sqlite3_stmt* handle = nullptr;
     int answer = sqlite3_prepare_v2(db_, "PRAGMA integrity_check", -1, &handle, nullptr);
     const SQLStatement check(handle);
-    // The first look into a file reads its schema: a lock held elsewhere is met there already.
-    if (answer != SQLITE_OK && answer != SQLITE_BUSY)
+    // The first look into a file reads its schema and takes back a write that was cut short: a
+    // lock held elsewhere or a disk that fails for a while is met there already.
+    if (answer != SQLITE_OK && !passes(answer))
         return false;
     if (answer == SQLITE_OK)
         answer = sqlite3_step(handle);  // only the first line of the report counts

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "Shared/External/SQLite/SQLDatabase.h"
+#include "Shared/External/SQLite/SQLOpenFlags.h"
 #include "Tests/Support/SQLWorld.h"
 #include "Tests/Support/TemporaryFolder.h"
 
@@ -82,6 +83,21 @@ TEST_F(SQLDatabaseVerificationTest, AFileThatIsHeldElsewhereIsValid) {
     EXPECT_TRUE(isValid());
     EXPECT_THAT(log.lines,
                 ElementsAre("Result is simple BUSY of the sqllite3 on isDatabaseCorrupted"));
+}
+
+TEST_F(SQLDatabaseVerificationTest, AFileWhoseCutWriteCantBeTakenBackNowIsValid) {
+    fill();
+    SQLDatabase writer(environment, file);
+    writer.open();
+    ASSERT_TRUE(writer.executeStatements("pragma cache_size = 1; begin; update t set b = 'y'"));
+    // What a process leaves that dies here: a journal that nobody has locked.
+    const auto left = folder / "left.db";
+    std::filesystem::copy_file(file, left);
+    std::filesystem::copy_file(file.string() + "-journal", left.string() + "-journal");
+    SQLDatabase reader(environment, left);
+    ASSERT_TRUE(reader.openWithFlags(kSQLOpenReadOnly));
+    EXPECT_TRUE(reader.isDatabaseValid());
+    EXPECT_NE(reader.lastErrorCode(), 0);
 }
 
 TEST_F(SQLDatabaseVerificationTest, AKnownFileThatIsHeldElsewhereIsValid) {
