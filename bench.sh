@@ -1,15 +1,17 @@
 #!/usr/bin/env bash
-# Usage: ./bench.sh [--seconds N] [--peers [--table FILE]]
+# Usage: ./bench.sh [--seconds N] [--peers [--table FILE] | --crash]
 # Builds the release, runs the micro-benchmarks, then measures what a run of the program costs,
 # for N seconds or for 60. With --peers it measures instead what our bar costs beside bars that
-# others made, which it installs, each for as long; the table goes to FILE, too.
+# others made, which it installs, each for as long; the table goes to FILE, too. With --crash it
+# kills the program wherever it changes a history file, and lets the disk fail there.
 set -euo pipefail
-usage="Usage: ./bench.sh [--seconds N] [--peers [--table FILE]]"
-seconds=60 peers=no table=
+usage="Usage: ./bench.sh [--seconds N] [--peers [--table FILE] | --crash]"
+seconds=60 peers=no crash=no table=
 while [ $# -gt 0 ]; do
     case "$1" in
         --seconds) [[ ${2:-} =~ ^[1-9][0-9]*$ ]] && seconds=$2 && shift 2 && continue ;;
         --peers) peers=yes && shift && continue ;;
+        --crash) crash=yes && shift && continue ;;
         --table) [ -n "${2:-}" ] && table=$(readlink -f "$2") && shift 2 && continue ;;
     esac
     echo "$usage" >&2
@@ -21,6 +23,9 @@ cd "$(dirname "$(readlink -f "$0")")"
 bin=build/release/bin
 if [ "$peers" = yes ]; then
     exec Benchmarks/Peers/compare.sh "$seconds" "$bin" ${table:+"$table"}
+fi
+if [ "$crash" = yes ]; then
+    exec "$bin/vantor_crash_bench" --points 300 "$PWD/$bin/libvantor_file_faults.so"
 fi
 "$bin/vantor_benchmarks"
 echo
