@@ -38,7 +38,8 @@ function(vantor_copy FILE COPY COPIES)
 endfunction()
 
 set(images)
-file(GLOB drawings CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/Resources/Artwork/menubar/*.svg)
+file(GLOB drawings CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/Resources/Artwork/menubar/*.svg
+     ${CMAKE_SOURCE_DIR}/Resources/Artwork/dropdown/*.svg)
 foreach(drawing ${drawings})
     vantor_rasterise(${drawing} images)
 endforeach()
