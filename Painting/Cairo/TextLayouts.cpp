@@ -11,6 +11,9 @@ namespace {
 
 constexpr const char* kSystemFamilies = "Inter,DejaVu Sans,sans-serif";
 constexpr std::string_view kHelvetica = "Helvetica";
+/// What stands in for it is another face of the same widths on each machine; rows that are as wide
+/// as their texts want the same one everywhere.
+constexpr const char* kHelveticaFamilies = "Liberation Sans,Helvetica,Arial";
 constexpr double kDotsAnInch = 72;
 constexpr double kSmallestSize = 1, kLargestSize = 512;
 
@@ -30,12 +33,13 @@ PangoWeight pangoWeight(Weight weight) noexcept {
     return PANGO_WEIGHT_NORMAL;
 }
 
-/// Most machines know a stand-in for the plain family, but not for its relatives.
+/// The plain family's stand-in is that of its relatives, too.
 std::string familiesFor(const std::string& family) {
     if (family.empty())
         return kSystemFamilies;
-    const bool isRelative = family != kHelvetica && family.starts_with(kHelvetica);
-    return isRelative ? family + "," + std::string(kHelvetica) : family;
+    if (family == kHelvetica)
+        return kHelveticaFamilies;
+    return family.starts_with(kHelvetica) ? family + "," + kHelveticaFamilies : family;
 }
 
 FontDescription describe(const Font& font) noexcept {
