@@ -19,6 +19,14 @@ statsample SampleRing::sampleAtIndex(std::size_t position) const noexcept {
 }
 
 std::optional<std::size_t> SampleRing::positionOfIdentifier(double sampleID) const noexcept {
+    // IDs rise by one a slot as a rule: the ID tells its place, which one look confirms. Where
+    // the slot before it is younger, there is none further on that has the ID, too.
+    const double age = record(0)[kID] - sampleID;
+    if (age >= 0 && age < static_cast<double>(kSlots)) {
+        const auto guess = static_cast<std::size_t>(age);
+        if (record(guess)[kID] == sampleID && (guess == 0 || record(guess - 1)[kID] > sampleID))
+            return guess;
+    }
     for (std::size_t position = 0; position < kSlots; ++position)
         if (record(position)[kID] == sampleID)
             return position;

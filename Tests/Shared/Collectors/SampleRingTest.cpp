@@ -1,6 +1,8 @@
 #include "Shared/Collectors/SampleRing.h"
 
 #include <deque>
+#include <limits>
+#include <optional>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -90,6 +92,35 @@ TEST(SampleRingTest, FindsTheNewestOfAnIdentifier) {
     push(ring, 5, 3);
     EXPECT_EQ(ring.positionOfIdentifier(4), 1U);
     EXPECT_FALSE(ring.positionOfIdentifier(9));
+}
+
+TEST(SampleRingTest, FindsEveryIdentifierWhereverItStands) {
+    SampleRing ring(1);
+    std::mt19937 random(5);
+    double sampleID = 0;
+    for (int step = 0; step < 700; ++step) {
+        // Most IDs follow each other; some are left out, and some slots are pushed and not yet
+        // overwritten.
+        sampleID += random() % 20 == 0 ? 3 : 1;
+        push(ring, sampleID, 1);
+        if (random() % 30 == 0)
+            PushSamples(ring);
+    }
+    for (double wanted = 0; wanted <= sampleID + 1; ++wanted) {
+        std::optional<std::size_t> place;
+        for (std::size_t position = SampleRing::kSlots; position > 0; --position)
+            if (ring.sampleID(position - 1) == wanted)
+                place = position - 1;
+        ASSERT_EQ(ring.positionOfIdentifier(wanted), place) << wanted;
+    }
+}
+
+TEST(SampleRingTest, WhatIsNoIdentifierIsFoundNowhere) {
+    SampleRing ring(1);
+    push(ring, 9, 1);
+    for (const double odd : {std::numeric_limits<double>::quiet_NaN(), 8.5, -1.0,
+                             std::numeric_limits<double>::infinity(), 1e300, -1e300})
+        EXPECT_FALSE(ring.positionOfIdentifier(odd)) << odd;
 }
 
 }  // namespace
