@@ -77,6 +77,9 @@ public:
     std::shared_ptr<BarGraph> graph;
     std::shared_ptr<HistoryGraph> historyGraph;
 
+    /// What choosing the row does; null for a row that can't be chosen.
+    void (*action)(VTRMenuItem& item) = nullptr;
+
     // A highlight that isn't the row's own rectangle.
     bool useCustomHighlight = false;
     Rect customHighlightRect;                                       // y and height

@@ -5,7 +5,8 @@
 namespace vantor::inline VANTOR_MODULE {
 namespace {
 
-constexpr double kTitleRoom = 20;  // less than the button's width
+constexpr double kTitleInset = 8;  // where the rows' other texts begin
+constexpr double kTitleRoom = 20;  // of the button's width, what the title leaves
 
 }  // namespace
 
@@ -29,6 +30,7 @@ void StatInterfaceMenuButton::mouseUp(std::int64_t eventNumber) {
 void StatInterfaceMenuButton::draw(Painting::Context& context) {
     const bool white = action_ && highlighted_;
     Rect rect = bounds();
+    rect.x = kTitleInset;
     rect.width -= kTitleRoom;
     context.drawText(
         title_, rect,

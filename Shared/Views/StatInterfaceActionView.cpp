@@ -7,7 +7,7 @@
 namespace vantor::inline VANTOR_MODULE {
 namespace {
 
-constexpr double kTextHeight = 15, kTextRoom = 30;
+constexpr double kTextInset = 8, kTextHeight = 15, kTextRoom = 30;
 constexpr Colour kActive{0.224, 0.22, 0.333, 1}, kInactive{0.451, 0.451, 0.502, 1};
 
 }  // namespace
@@ -37,7 +37,8 @@ void StatInterfaceActionView::draw(Painting::Context& context) {
     StatInterfaceView::draw(context);
     const bool showsBold = bold_ && dropdownTheme() != 1;
     context.drawText(
-        title_, {0, (frame().height - kTextHeight) / 2, frame().width - kTextRoom, kTextHeight},
+        title_,
+        {kTextInset, (frame().height - kTextHeight) / 2, frame().width - kTextRoom, kTextHeight},
         {.font = showsBold ? vtrBoldFont(12) : vtrNormalFont(12), .colour = ink()});
 }
 

@@ -1,5 +1,6 @@
 #include "Shared/Views/StatInterfaceView.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -17,11 +18,14 @@ constexpr double kHeaderGradientHeight = 20;
 /// From the upper edge to the lower one, whichever way the view's y grows.
 constexpr Painting::Gradient kHighlight{kHighlightUpper, kHighlightLower};
 
-void drawTitle(Painting::Context& context, const std::string& title, const Rect& rect,
-               Painting::Font font, const Colour& colour) {
-    context.drawText(
-        title, rect,
-        {.font = std::move(font), .colour = colour, .alignment = Painting::Alignment::centre});
+/// In the middle of `rect`, both ways.
+void drawTitle(Painting::Context& context, const std::string& title, Rect rect, Painting::Font font,
+               const Colour& colour) {
+    const Painting::TextAttributes attributes{
+        .font = std::move(font), .colour = colour, .alignment = Painting::Alignment::centre};
+    const double lineHeight = Painting::sizeOfText(title, attributes).height;
+    rect.height -= std::floor(std::max(rect.height - lineHeight, 0.0) / 2);  // y grows upwards
+    context.drawText(title, rect, attributes);
 }
 
 void fillGradient(Painting::Context& context, const Rect& rect,
@@ -93,7 +97,7 @@ void StatInterfaceView::viewDidMoveToWindow() {
         backgroundWindow_ = nullptr;
         return;
     }
-    if (itemIndex_ != 0 || superview() != nullptr || !useLayers())
+    if (itemIndex_ != 0 || superview() != nullptr)
         return;
     backgroundWindow_ = window();
     backgroundWindow_->setBackground(menuBackground());
