@@ -8,6 +8,7 @@
 #include <fmt/chrono.h>
 #include <fmt/format.h>
 
+#include "Foundation/LetterCase.h"
 #include "Platform/CallStack.h"
 #include "Platform/Clock.h"
 #include "Platform/Directories.h"
@@ -20,13 +21,31 @@
 #include "Shared/InstalledApplications.h"
 #include "Shared/ProcessContext.h"
 #include "Shared/VTRMenuHighlight.h"
+#include "Shared/VTRMenuItemBuilders.h"
+#include "Shared/VTRMenuItemHeaderBuilders.h"
 #include "Shared/VTRPreferences.h"
+#include "Shared/VTRTranslations.h"
 
 namespace vantor::inline VANTOR_MODULE {
 namespace {
 
 constexpr double kFirstLength = 20;
 constexpr double kBarHeight = 22;
+
+void sayThatNothingIsEnabled(VTRMenu& menu) {
+    const auto filler = [&](int height) {
+        menu.addItem(createFillerItem(nullptr, "", VTRMakeSize(260, height)));
+    };
+    const auto line = [&](std::string_view text) {
+        menu.addItem(createCenteredLabel(VTRLocalizedString(text, {}, "combined"), 260, 15));
+    };
+    filler(7);
+    line("No dropdown items enabled");
+    filler(6);
+    line("Please enable some dropdown items in the");
+    line("combined tab in the Vantor Bar app");
+    filler(7);
+}
 
 constexpr double kLogRollingFrequencySeconds = 2'592'000;
 constexpr std::uint64_t kMaximumNumberOfLogFiles = 7, kMaximumLogFileBytes = 5'242'880;
@@ -85,6 +104,8 @@ void VTRMenuExtra::run() {
         return;
     }
     registerObservers();
+    if (isCombinedExtra())
+        rebuildCombinedMenu();
     state_ = State::loaded;
     if (ports_.witness != nullptr)
         ports_.witness->extraLoaded(extraName());
@@ -174,6 +195,34 @@ void VTRMenuExtra::menuDidClose(VTRMenu& menu) {
 
 void VTRMenuExtra::menuWillHighlightItem(VTRMenu& menu, VTRMenuItem* item) {
     highlightRow(menu, item);
+}
+
+void VTRMenuExtra::rebuildCombinedMenu() {
+    combinedMenu_->removeAllItems();
+    combinedMenu_->addItem(
+        createFillerItem(combinedMenu_.get(), "filler-top", VTRMakeSize(225, 3)));
+    const std::string keys = VTRObjectForKey("CombinedDropdownDisplayMode").stringValue();
+    LGLogInfo(fmt::format("Dropdown keys - {}", keys));
+    for (std::size_t begin = 0; begin <= keys.size();) {
+        const std::size_t end = std::min(keys.find(',', begin), keys.size());
+        addCombinedSection(std::string_view(keys).substr(begin, end - begin));
+        begin = end + 1;
+    }
+    if (combinedMenu_->itemArray().size() == 1)
+        sayThatNothingIsEnabled(*combinedMenu_);
+}
+
+void VTRMenuExtra::addCombinedSection(std::string_view key) {
+    VTRModule* const module = moduleWithKey(static_cast<int>(PropertyValue(key).integerValue()));
+    if (module == nullptr) {
+        LGLogInfo(fmt::format("Module is missing - '{}'", key));
+        return;
+    }
+    LGLogInfo(fmt::format("Adding module - '{}'", key));
+    const std::string title = VTRLocalizedString(upperCased(module->moduleName()), {}, "combined");
+    combinedMenu_->addItem(createHeaderItem(nullptr, "", title, 225));
+    if (const std::shared_ptr<VTRMenuItem> item = module->combinedItem())
+        combinedMenu_->addItem(item);
 }
 
 void VTRMenuExtra::update() { host_.setNeedsDisplay(); }

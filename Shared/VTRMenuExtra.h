@@ -68,6 +68,8 @@ public:
     void menubarThemeChanged();
     /// From now on a change of width doesn't take the item out of the bar.
     void disableZero();
+    /// The sections of the modules that the user wants in a combined dropdown, in that order.
+    void rebuildCombinedMenu();
     void displayChange(const Notification& notification);
 
     /// The newest installed copy of the application that owns this extra, or nothing.
@@ -80,6 +82,7 @@ protected:
 
 private:
     void run();
+    void addCombinedSection(std::string_view key);
     void setupLog();
     void loadView();
     void startModules(std::string& stage);

@@ -37,6 +37,8 @@ public:
 
     virtual std::string moduleName() const { return ""; }
     virtual VTRMenu* menu() { return menu_.get(); }
+    /// What a combined dropdown shows of the module, or null.
+    virtual std::shared_ptr<VTRMenuItem> combinedItem() const { return nullptr; }
     virtual void display() {}
     virtual void menuOpened() {}
     virtual void cleanup() {}

@@ -8,6 +8,8 @@
 #include <langinfo.h>
 #include <locale.h>
 
+#include "Platform/Linux/DatePattern.h"
+
 namespace vantor {
 namespace {
 
@@ -46,11 +48,27 @@ std::string_view withoutCodeset(std::string_view locale) noexcept {
     return locale.substr(0, locale.find_first_of(".@"));
 }
 
+/// Whose words dates are in; English where nothing is said.
+std::string timeLocaleIn(const Environment& environment, std::string_view localeName) {
+    if (!localeName.empty())
+        return std::string(withoutCodeset(localeName));
+    for (const char* const name : {"LC_ALL", "LC_TIME", "LANG"})
+        if (const auto locale = nonEmpty(environment, name); locale && !isPlain(*locale))
+            return std::string(withoutCodeset(*locale));
+    return "en_US";
+}
+
 }  // namespace
 
 LinuxRegionalSettings::LinuxRegionalSettings(const char* localeName, const Environment& environment)
     : metric_(isMetric(localeName)), shortTimeFormat_(shortTimeFormatFor(timeFormat(localeName))),
-      preferredLanguages_(preferredLanguagesIn(environment)) {}
+      preferredLanguages_(preferredLanguagesIn(environment)),
+      timeLocale_(timeLocaleIn(environment, localeName)) {}
+
+std::string LinuxRegionalSettings::dateText(double localSeconds, std::string_view pattern,
+                                            const std::optional<std::string>& locale) const {
+    return dateInPattern(localSeconds, pattern, locale.value_or(timeLocale_));
+}
 
 std::string shortTimeFormatFor(std::string_view strftimeFormat) {
     constexpr std::string_view kModifiers = "-_0^#EO";

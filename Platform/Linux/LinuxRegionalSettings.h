@@ -19,11 +19,14 @@ public:
     bool usesMetricSystem() const override { return metric_; }
     std::string shortTimeFormat() const override { return shortTimeFormat_; }
     std::vector<std::string> preferredLanguages() const override { return preferredLanguages_; }
+    std::string dateText(double localSeconds, std::string_view pattern,
+                         const std::optional<std::string>& locale) const override;
 
 private:
     bool metric_;
     std::string shortTimeFormat_;
     std::vector<std::string> preferredLanguages_;
+    std::string timeLocale_;  // by LC_TIME
 };
 
 /// The pattern for a time without seconds that goes with a strftime format, by the first hour in

@@ -1,5 +1,6 @@
 #include "Platform/Simulated/Scenario.h"
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <iterator>
@@ -252,12 +253,6 @@ std::optional<ScenarioEvent::Action> daemonEvent(ScenarioObject& object, const S
     value->fail("expected \"up\", \"down\" or \"crash\"");
 }
 
-void refuse(ScenarioObject& object, std::initializer_list<std::string_view> keys,
-            std::string_view reason) {
-    for (const std::string_view key : keys)
-        object.with(key, [&](const ScenarioValue& value) { value.fail(reason); });
-}
-
 double timeNotBefore(ScenarioObject& object, double earlier) {
     const ScenarioValue at = object.require("at");
     const double time = at.numberAtLeast(0);
@@ -266,13 +261,33 @@ double timeNotBefore(ScenarioObject& object, double earlier) {
     return time;
 }
 
+std::string menuName(const ScenarioValue& name) {
+    static constexpr std::string_view kNames[] = {"main", "cores", "history", "load", "uptime"};
+    const std::string& text = name.text();
+    const bool isGraphics = text.starts_with("memory:") || text.starts_with("processor:");
+    if (!isGraphics && std::ranges::find(kNames, text) == std::end(kNames))
+        name.fail("expected the name of a menu");
+    return text;
+}
+
+std::optional<ScenarioEvent::Action> dropdownEvent(ScenarioObject& object, const Scenario&) {
+    if (const auto opened = object.find("open"))
+        return MenuOpening{menuName(*opened), true};
+    if (const auto closed = object.find("close"))
+        return MenuOpening{menuName(*closed), false};
+    if (const auto row = object.find("highlight"))
+        return Highlight{row->isNull() ? std::nullopt : std::optional(row->text())};
+    if (const auto tag = object.find("click"))
+        return LauncherClick{tag->integer(1, 9)};
+    return std::nullopt;
+}
+
 ScenarioEvent event(const ScenarioValue& value, double earlier, const Scenario& scenario) {
     static constexpr EventReader kReaders[] = {machineEvent, preferenceEvent, appearanceEvent,
                                                timeEvent,    lifeEvent,       corruptionEvent,
-                                               daemonEvent};
+                                               daemonEvent,  dropdownEvent};
     ScenarioObject object(value);
     const double at = timeNotBefore(object, earlier);
-    refuse(object, {"open", "close", "highlight", "click"}, "this program has no dropdown");
     std::optional<ScenarioEvent::Action> action;
     for (const EventReader read : kReaders)
         if (!action)
@@ -285,9 +300,8 @@ ScenarioEvent event(const ScenarioValue& value, double earlier, const Scenario& 
 
 SnapshotOutput snapshot(ScenarioObject& object) {
     SnapshotOutput picture{.file = fileName(object.require("snapshot")), .background = {}};
-    object.with("of", [](const ScenarioValue& of) {
-        if (of.text() != "item")
-            of.fail("this program has no dropdown");
+    object.with("of", [&](const ScenarioValue& of) {
+        picture.of = of.text() == "item" ? of.text() : menuName(of);
     });
     object.with("scale", [&](const ScenarioValue& scale) {
         picture.scale = static_cast<int>(scale.integer(1, 2));

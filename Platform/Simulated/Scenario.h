@@ -80,9 +80,24 @@ struct Corruption {
     Kind kind;
 };
 
+/// Somebody opens a menu of the dropdown, or closes one, by its name.
+struct MenuOpening {
+    std::string menu;
+    bool opens;
+};
+/// The pointer comes to a row of the main menu; without a text it leaves them.
+struct Highlight {
+    std::optional<std::string> row;
+};
+/// A button of the launcher is pressed.
+struct LauncherClick {
+    std::int64_t tag;
+};
+
 struct ScenarioEvent {
     using Action = std::variant<MachineChange, PreferenceWrite, AppearanceChange, DaemonChange,
-                                ClockStep, Stall, Sleep, Restart, Kill, Corruption>;
+                                ClockStep, Stall, Sleep, Restart, Kill, Corruption, MenuOpening,
+                                Highlight, LauncherClick>;
     double at;  // seconds after the start
     Action action;
 };
@@ -96,6 +111,7 @@ struct SnapshotOutput {
     std::string file;
     int scale = 1;
     std::optional<Colour> background;  // else transparent
+    std::string of = "item";           // or the name of a menu
 };
 
 struct ScenarioOutput {

@@ -16,6 +16,7 @@ public:
     void loadModules() override { mutableModules().push_back(std::make_unique<VTRCPUModule>(*this)); }
     void reloadModules(const Notification& notification) override {
         VTRRefreshKey(infoValue(notification.info, "key"));
+        rebuildCombinedMenu();
     }
 };
 

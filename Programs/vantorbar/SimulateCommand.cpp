@@ -9,6 +9,7 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include "Platform/Linux/DatePattern.h"
 #include "Platform/Linux/LinuxDirectories.h"
 #include "Programs/vantorbar/EventJournal.h"
 #include "Programs/vantorbar/OutputFolder.h"
@@ -73,6 +74,7 @@ void runScenario(const simulated::Scenario& scenario, const SimulateOptions& opt
 void placeMachine(Simulation& simulation, const simulated::Scenario& scenario,
                   const OutputFolder& folder) {
     simulated::SimulatedMachine& machine = simulation.machine();
+    machine.regionalSettings.setDateWriter(dateInPattern);
     machine.timeZone.setRules(zoneOf(scenario));
     machine.directories.setRoot(folder.path() / kMachineFolder);
     machine.directories.setLogs(folder.path() / "logs");

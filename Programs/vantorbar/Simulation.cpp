@@ -9,6 +9,7 @@
 
 #include "Hosts/Offscreen/OffscreenHost.h"
 #include "Programs/vantorbar/CombinedExtra.h"
+#include "Programs/vantorbar/DropdownMenus.h"
 #include "Programs/vantorbar/FileDamage.h"
 #include "Programs/vantorbar/StateDump.h"
 #include "Shared/ProcessContext.h"
@@ -55,17 +56,23 @@ void changeMachine(const MachineChange& change, SimulatedMachine& machine) {
 /// One process of the program, from its start to its end, in a bar that the journal listens to.
 struct Simulation::Program final : OffscreenListener {
     Program(const Ports& ports, Journal& hearing, Scenario::Extra kind)
-        : journal(hearing), context(ports), host(this), extra(makeExtra(kind, host)) {
+        : journal(hearing), context(ports), host(this), extra(makeExtra(kind, host)),
+          dropdown(*extra) {
         host.setExtra(extra.get());
     }
 
     void length(double length) override { journal.length(length); }
     void repaint() override { journal.repaint(); }
+    void display() {
+        host.displayIfNeeded();
+        dropdown.displayIfNeeded();
+    }
 
     Journal& journal;
     ProcessContext context;
     OffscreenHost host;
     std::unique_ptr<VTRMenuExtra> extra;
+    DropdownMenus dropdown;
 };
 
 /// What each kind of event does.
@@ -125,6 +132,30 @@ struct Simulation::Act {
     }
 
     void operator()(const Corruption& corruption) { simulation.corrupt(corruption); }
+
+    void operator()(const MenuOpening& opening) {
+        Program* const program = simulation.program_.get();
+        simulation.require(program != nullptr, opening.opens ? "open" : "close");
+        if (opening.opens)
+            simulation.require(program->dropdown.open(opening.menu), "open");
+        else
+            simulation.require(program->dropdown.close(opening.menu), "close");
+        program->host.setMenuDown(program->dropdown.isOpen("main"));
+    }
+
+    void operator()(const Highlight& highlight) {
+        Program* const program = simulation.program_.get();
+        simulation.require(program != nullptr &&
+                               (highlight.row ? program->dropdown.highlight(*highlight.row)
+                                              : program->dropdown.highlightNothing()),
+                           "highlight");
+    }
+
+    void operator()(const LauncherClick& click) {
+        Program* const program = simulation.program_.get();
+        simulation.require(program != nullptr && program->dropdown.clickLauncher(click.tag),
+                           "click");
+    }
 };
 
 Simulation::Simulation(const Scenario& scenario, Journal& journal, const OutputFolder& folder)
@@ -196,7 +227,7 @@ void Simulation::runInstant() {
         startProgram();
     machine_.mainQueue.runDueCalls();
     if (program_)
-        program_->host.displayIfNeeded();
+        program_->display();
     while (outputTime() <= machine_.mainQueue.now())
         takeOutput();
 }
@@ -227,6 +258,12 @@ void Simulation::standStill(double seconds) {
     machine_.mainQueue.moveTo(std::min(machine_.mainQueue.now() + seconds, end_));
 }
 
+void Simulation::require(bool done, std::string_view key) const {
+    if (!done)
+        throw ScenarioError(fmt::format("events/{}/{}", nextEvent_ - 1, key),
+                            "there is no such menu or row now");
+}
+
 void Simulation::corrupt(const Corruption& corruption) {
     const auto place = fmt::format("events/{}/corrupt", nextEvent_ - 1);
     if (program_ || !wasStarted_)
@@ -249,8 +286,13 @@ void Simulation::write(const DumpOutput& output) {
 void Simulation::write(const SnapshotOutput& output) {
     OffscreenHost nobody;
     OffscreenHost& host = program_ ? program_->host : nobody;
+    VTRMenu* const menu =
+        program_ && output.of != "item" ? menuNamed(*program_->extra, output.of) : nullptr;
     const std::filesystem::path file = folder_.path() / output.file;
-    if (!host.snapshot(output.scale, output.background).writePNG(file))
+    const Painting::ImageSurface picture =
+        menu != nullptr ? OffscreenMenu::snapshot(*menu, output.scale, output.background)
+                        : host.snapshot(output.scale, output.background);
+    if (!picture.writePNG(file))
         throw std::filesystem::filesystem_error("can't write", file,
                                                 std::make_error_code(std::errc::io_error));
 }

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <memory>
+#include <string_view>
 
 #include "Platform/Simulated/Scenario.h"
 #include "Platform/Simulated/SimulatedMachine.h"
@@ -44,6 +45,7 @@ private:
     void takeOutput();
     void standStill(double seconds);
     void corrupt(const simulated::Corruption& corruption);
+    void require(bool done, std::string_view key) const;
     void write(const simulated::DumpOutput& dump);
     void write(const simulated::SnapshotOutput& snapshot);
     double eventTime() const;

@@ -3,6 +3,7 @@
 #include <string>
 #include <type_traits>
 
+#include "Programs/vantorbar/DropdownDump.h"
 #include "Shared/Collectors/CPUStatCollector.h"
 #include "Shared/Collectors/LoadStatCollector.h"
 #include "Shared/Collectors/UptimeStatCollector.h"
@@ -84,7 +85,7 @@ json collectorStates(const ProcessContext& context) {
 
 }  // namespace
 
-json programState(ProcessContext& context, const VTRMenuExtra& extra, double length) {
+json programState(ProcessContext& context, VTRMenuExtra& extra, double length) {
     const VTRPreferences* const preferences = context.preferences();
     const auto flag = [&](bool (VTRPreferences::*reading)() const noexcept) {
         return preferences != nullptr && (preferences->*reading)();
@@ -94,7 +95,8 @@ json programState(ProcessContext& context, const VTRMenuExtra& extra, double len
              {{"loaded", extra.state() == VTRMenuExtra::State::loaded}, {"length", length}}},
             {"preferences",
              {{"isMenubarDark", flag(&VTRPreferences::isMenubarDark)},
-              {"increaseContrast", flag(&VTRPreferences::increaseContrast)}}}};
+              {"increaseContrast", flag(&VTRPreferences::increaseContrast)}}},
+            {"dropdown", dropdownState(extra)}};
 }
 
 json jsonOfValue(const PropertyValue& value) {

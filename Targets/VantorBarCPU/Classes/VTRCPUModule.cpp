@@ -15,10 +15,14 @@
 #include "Shared/ProcessContext.h"
 #include "Shared/VTRDaemonConnection.h"
 #include "Shared/VTRPreferences.h"
+#include "Shared/VTRTranslations.h"
 #include "Targets/VantorBarCPU/Classes/VantorCPUMenuExtraView.h"
+#include "Targets/VantorBarCPU/Interface/StatInterfaceCPU.h"
 
 namespace vantor::inline VANTOR_MODULE {
 namespace {
+
+constexpr std::int64_t kProcessesKey = 1;
 
 /// What the word "text" of a change stands for.
 constexpr std::string_view kTextKeys[] = {
@@ -68,7 +72,26 @@ VTRCPUModule::VTRCPUModule(VTRModuleDelegate& extra)
 
 VTRCPUModule::~VTRCPUModule() { ports_.workQueues.drainGlobal(); }
 
+std::string VTRCPUModule::moduleName() const { return VTRLocalizedString("CPU", {}, "cpu"); }
+
+VTRMenu* VTRCPUModule::menu() { return interface_ ? interface_->menu() : nullptr; }
+
+void VTRCPUModule::rebuildMenu() {
+    if (interface_)
+        interface_->rebuildMenu();
+}
+
+void VTRCPUModule::themeChange() {
+    if (interface_)
+        interface_->themeChange();
+}
+
+std::shared_ptr<VTRMenuItem> VTRCPUModule::combinedItem() const {
+    return interface_ ? interface_->combinedItem() : nullptr;
+}
+
 void VTRCPUModule::setup() {
+    interface_ = std::make_shared<StatInterfaceCPU>();
     for (const History& history : histories())
         history.collector.hideSamples();
     ports_.workQueues.globalAsync([this, module = self_.handle()] {
@@ -115,6 +138,7 @@ void VTRCPUModule::listenToCollectors() {
         history.collector.showSamples();
         history.collector.addDelegate(*this);
     }
+    VTRDaemonConnection::sharedConnection().addListener(interface_, kProcessesKey);
 }
 
 void VTRCPUModule::loadNotifications() {
@@ -133,6 +157,8 @@ void VTRCPUModule::preferencesChange(const Notification& notification) {
             VTRRefreshKey(key);
         view()->resetTextConfig();
     }
+    if (resetKey == "logicalcores" && interface_)
+        interface_->updateCoresMenu();
     for (VTRModuleDelegate* const delegate : delegates()) {
         delegate->updateSize();
         delegate->update();
@@ -140,15 +166,24 @@ void VTRCPUModule::preferencesChange(const Notification& notification) {
 }
 
 void VTRCPUModule::collectorUpdatedForMode(StatCollector& collector, int mode) {
+    const ProcessContext& context = ProcessContext::current();
+    const bool isCPU = &collector == context.existingCPUCollector();
     // A load sample never shows the item anew by itself.
-    if (mode == 0 && &collector == ProcessContext::current().existingCPUCollector())
+    if (isCPU && mode == 0)
         for (VTRModuleDelegate* const delegate : delegates())
             delegate->update();
+    if (!interface_)
+        return;
+    if (isCPU)
+        interface_->cpuCollectorUpdatedForMode(mode);
+    else if (&collector == context.existingLoadCollector())
+        interface_->loadCollectorUpdatedForMode(mode);
 }
 
 void VTRCPUModule::partialUnload() {
     ports_.workQueues.drainGlobal();  // the start-up work may still be on its way
     ports_.localNotifications.post("HISTORYGRAPH_SHUTDOWN_CPU");
+    interface_.reset();
     CPUStatCollector::cleanupShared();
     LoadStatCollector::cleanupShared();
     UptimeStatCollector::cleanupShared();

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Hosts/Offscreen/OffscreenMenu.h"
+#include "Shared/VTRMenuExtra.h"
+
+namespace vantor {
+
+/// A menu of an extra, by the name under which scenarios, dumps and pictures know it: "main",
+/// "cores", "history", "load" or "uptime". Null where the extra has no such menu now.
+VTRMenu* menuNamed(VTRMenuExtra& extra, std::string_view name);
+/// The name of a row's submenu; "" for a row without one.
+std::string submenuName(VTRMenuExtra& extra, const VTRMenuItem& item);
+
+/// The dropdown of one extra, opened and closed as by somebody at the screen.
+/// Errors: whatever can't be done is false.
+/// Thread: main queue.
+class DropdownMenus {
+public:
+    explicit DropdownMenus(VTRMenuExtra& extra) noexcept : extra_(extra) {}
+
+    /// The pointer rests on the row of a submenu before that opens.
+    [[nodiscard]] bool open(std::string_view name);
+    [[nodiscard]] bool close(std::string_view name);
+    [[nodiscard]] bool highlight(std::string_view text);
+    [[nodiscard]] bool highlightNothing();
+    [[nodiscard]] bool clickLauncher(std::int64_t tag);
+    bool isOpen(std::string_view name) const noexcept;
+    void displayIfNeeded();
+
+private:
+    struct Open {
+        std::string name;
+        std::unique_ptr<OffscreenMenu> menu;
+    };
+
+    /// Null unless the main menu is open.
+    VTRMenu* mainMenu();
+    void tellHighlight(VTRMenu& menu, VTRMenuItem* item);
+
+    VTRMenuExtra& extra_;
+    std::vector<Open> open_;
+};
+
+}  // namespace vantor

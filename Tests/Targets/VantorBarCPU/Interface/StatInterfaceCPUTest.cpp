@@ -1,0 +1,252 @@
+#include "Targets/VantorBarCPU/Interface/StatInterfaceCPU.h"
+
+#include <optional>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Shared/Collectors/CPUStatCollector.h"
+#include "Shared/Collectors/LoadStatCollector.h"
+#include "Shared/Collectors/UptimeStatCollector.h"
+#include "Shared/Graphs/HistoryGraph.h"
+#include "Shared/Textfields/StatInterfaceTextField.h"
+#include "Shared/VTRPreferenceFunctions.h"
+#include "Shared/Views/StatInterfaceView.h"
+#include "Tests/Support/World.h"
+
+namespace vantor {
+namespace {
+
+using testing::ElementsAre;
+
+class StatInterfaceCPUTest : public testing::Test {
+protected:
+    StatInterfaceCPUTest() { world.machine.processorCounters.setCPUs(4, 4, 4, 2); }
+
+    StatInterfaceCPU& interface() {
+        if (!made)
+            made = std::make_shared<StatInterfaceCPU>();
+        return *made;
+    }
+    void open() { interface().menuWillOpen(*interface().menu()); }
+    /// The newest sample of now.
+    void setShares(double user, double system) {
+        SampleRing& now = CPUStatCollector::sharedCPUCollector().storageForType(0);
+        now.mutableValues(0)[0] = user;
+        now.mutableValues(0)[1] = system;
+    }
+    /// By key, as a rebuild finds it; "" for a row that isn't in the cache.
+    std::vector<std::string> keys(VTRMenu& menu) {
+        std::vector<std::string> keys;
+        for (const auto& item : menu.itemArray()) {
+            keys.emplace_back();
+            for (const auto& [key, cached] : menu.cache())
+                if (cached == item)
+                    keys.back() = key;
+        }
+        return keys;
+    }
+    VTRMenuItem& legend() { return *interface().menu()->itemArray()[2]; }
+    std::string legendText(std::string_view key) {
+        return legend().itemWithKey(key)->field->stringValue();
+    }
+    const VTRMenuItem& processRow(std::size_t index) {
+        return *interface().menu()->itemArray()[5 + index];
+    }
+    static PropertyValue process(const char* name, PropertyValue use) {
+        return PropertyValue::Dictionary{{"name", name}, {"c", std::move(use)}};
+    }
+    void tell(PropertyValue::Array processes) {
+        interface().processesUpdated({{"type", "1"}, {"processes", std::move(processes)}});
+    }
+
+    test::World world;
+    std::shared_ptr<StatInterfaceCPU> made;
+};
+
+}  // namespace
+
+TEST_F(StatInterfaceCPUTest, TheRowsStandInTheirFixedOrder) {
+    EXPECT_THAT(keys(*interface().menu()),
+                ElementsAre("header-cpu", "", "", "header-processes", "spacer-processes-top", "",
+                            "", "", "", "", "spacer-processes-bottom", "filler-gpus", "header-load",
+                            "", "header-uptime", "filler-uptime-top", "", "spacer-launcher", ""));
+}
+
+TEST_F(StatInterfaceCPUTest, WithoutTheLauncherAFillerEndsTheMenu) {
+    VTRSetBoolForKey("DropdownShowLauncher", false);
+
+    EXPECT_EQ(keys(*interface().menu()).back(), "filler-nolauncher");
+    EXPECT_EQ(interface().menu()->itemArray().back()->view()->frame().height, 5);
+}
+
+TEST_F(StatInterfaceCPUTest, ARebuildKeepsTheRows) {
+    const VTRMenu::Items before = interface().menu()->itemArray();
+
+    interface().rebuildMenu();
+
+    EXPECT_EQ(interface().menu()->itemArray(), before);
+}
+
+TEST_F(StatInterfaceCPUTest, OneStackOfCoresStandsBehindTheirHeader) {
+    const std::size_t rows = interface().coresMenu().itemArray().size();
+
+    interface().updateCoresMenu();
+    interface().updateCoresMenu();
+
+    EXPECT_EQ(interface().coresMenu().itemArray().size(), rows);
+    EXPECT_FALSE(interface().coresMenu().itemArray()[3]->menuItemsOrdered().empty());
+}
+
+TEST_F(StatInterfaceCPUTest, PairsOfThreadsShareAGraphWhereTheUserWantsThat) {
+    VTRSetBoolForKey("CPU_CombineLogicalCores", true);
+    EXPECT_EQ(interface().coresMenu().itemArray()[3]->menuItemsOrdered().size(), 2u + 1);
+
+    VTRSetBoolForKey("CPU_CombineLogicalCores", false);
+    interface().updateCoresMenu();
+
+    EXPECT_EQ(interface().coresMenu().itemArray()[3]->menuItemsOrdered().size(), 4u + 1);
+}
+
+TEST_F(StatInterfaceCPUTest, WithoutPairsEachCoreHasItsGraph) {
+    world.machine.processorCounters.setCPUs(2, 2, 2, 2);
+    VTRSetBoolForKey("CPU_CombineLogicalCores", true);
+
+    EXPECT_EQ(interface().coresMenu().itemArray()[3]->menuItemsOrdered().size(), 2u + 1);
+}
+
+TEST_F(StatInterfaceCPUTest, TheThreeSharesAddUp) {
+    const struct {
+        double user, system;
+        const char *userText, *systemText, *idleText;
+    } cases[] = {{33.4, 33.4, "33%", "33%", "34%"}, {99.6, 0.6, "100%", "1%", "-1%"}};
+    open();
+    for (const auto& one : cases) {
+        setShares(one.user, one.system);
+
+        interface().cpuCollectorUpdatedForMode(0);
+
+        EXPECT_EQ(legendText("user"), one.userText);
+        EXPECT_EQ(legendText("system"), one.systemText);
+        EXPECT_EQ(legendText("idle"), one.idleText);
+    }
+}
+
+TEST_F(StatInterfaceCPUTest, ClosedItWritesNoFigure) {
+    interface();
+    setShares(50, 10);
+
+    interface().cpuCollectorUpdatedForMode(0);
+
+    EXPECT_EQ(legendText("user"), "100%");  // as it was made
+}
+
+TEST_F(StatInterfaceCPUTest, ClosedOnlyTheCombinedGraphIsPaintedAnew) {
+    interface();
+    HistoryGraph& combined = *interface().combinedItem()->historyGraph;
+    HistoryGraph& own = *interface().menu()->itemArray()[1]->historyGraph;
+    Painting::ImageSurface surface({225, 70}, 1);
+    Painting::Context context = surface.context();
+    combined.display(context);
+    own.display(context);
+
+    interface().cpuCollectorUpdatedForMode(0);
+
+    EXPECT_TRUE(combined.needsDisplay());
+    EXPECT_FALSE(own.needsDisplay());
+}
+
+TEST_F(StatInterfaceCPUTest, AModeWithoutAGraphDoesNothing) {
+    open();
+
+    interface().cpuCollectorUpdatedForMode(4);
+    interface().loadCollectorUpdatedForMode(4);
+}
+
+TEST_F(StatInterfaceCPUTest, OpeningAsksTheDaemonAndClosingEndsThat) {
+    open();
+    world.machine.run(0);
+    interface().menuDidClose(*interface().menu());
+    world.machine.run(0);
+
+    EXPECT_THAT(world.journal.daemonCalls,
+                ElementsAre("enableHierachy", "startRequestWithKey: 1", "stopRequestWithKey: 1"));
+    EXPECT_FALSE(interface().enabled());
+}
+
+TEST_F(StatInterfaceCPUTest, FiveOfSevenProcessesAreShown) {
+    tell({process("a", 7.0), process("b", 6.0), process("c", 5.0), process("d", 4.0),
+          process("e", 3.0), process("f", 2.0), process("g", 1.0)});
+
+    EXPECT_EQ(processRow(0).label->stringValue(), "a");
+    EXPECT_EQ(processRow(4).label->stringValue(), "e");
+    EXPECT_EQ(processRow(4).field->stringValue(), "3.0%");
+}
+
+TEST_F(StatInterfaceCPUTest, AShorterListLeavesTheOtherRows) {
+    tell({process("a", 7.0), process("b", 6.0)});
+
+    tell({process("c", 5.0)});
+
+    EXPECT_EQ(processRow(0).label->stringValue(), "c");
+    EXPECT_EQ(processRow(1).label->stringValue(), "b");
+}
+
+TEST_F(StatInterfaceCPUTest, UseIsOfACoreOrOfTheMachine) {
+    tell({process("a", 250.0)});
+    EXPECT_EQ(processRow(0).field->stringValue(), "250.0%");
+
+    VTRSetIntegerForKey("CPU_AppFormat", 1);
+    tell({process("a", 250.0), process("b", 0.0)});
+
+    EXPECT_EQ(processRow(0).field->stringValue(), "62.5%");
+    EXPECT_EQ(processRow(1).field->stringValue(), "0.0%");
+}
+
+TEST_F(StatInterfaceCPUTest, ARecordThatLacksSomethingShowsTheRest) {
+    tell({PropertyValue::Dictionary{{"c", 2.0}}, PropertyValue::Dictionary{{"name", "b"}}, 5.0});
+
+    EXPECT_EQ(processRow(0).label->stringValue(), "");
+    EXPECT_EQ(processRow(0).field->stringValue(), "2.0%");
+    EXPECT_EQ(processRow(1).field->stringValue(), "0.0%");
+}
+
+TEST_F(StatInterfaceCPUTest, AResponseWithoutProcessesChangesNothing) {
+    tell({process("a", 7.0)});
+
+    interface().processesUpdated({{"type", "1"}});
+
+    EXPECT_EQ(processRow(0).label->stringValue(), "a");
+}
+
+TEST_F(StatInterfaceCPUTest, AwakeIsNeverLongerThanUp) {
+    world.machine.bootTime.setBootSeconds(
+        static_cast<std::int64_t>(simulated::SimulatedMachine::kStart) - 120);
+    UptimeStatCollector::sharedUptimeCollector().loadUptime();
+    world.machine.processorCounters.setTicks({4, {100'000, 0, 0, 0}});
+    interface();
+    CPUStatCollector::sharedCPUCollector().updateStats();
+
+    EXPECT_EQ(interface().uptime(), "2 minutes");
+    EXPECT_EQ(interface().awakeTime(), "2 minutes");
+    EXPECT_EQ(interface().sleepTime(), "0 minutes");
+}
+
+TEST_F(StatInterfaceCPUTest, WhatIsNotKnownYetIsEmpty) {
+    EXPECT_EQ(interface().bootTime(), "");
+    EXPECT_EQ(interface().awakeTime(), "");
+    EXPECT_EQ(interface().sleepTime(), "");
+}
+
+TEST_F(StatInterfaceCPUTest, AHighlightTakesEffectWhenTheQueueRuns) {
+    open();
+    const auto row = interface().menu()->itemArray()[1];
+
+    interface().menuWillHighlightItem(*interface().menu(), row.get());
+    EXPECT_FALSE(row->view()->menuItemHighlighted());
+    world.machine.run(0.01);
+
+    EXPECT_TRUE(row->view()->menuItemHighlighted());
+}
+
+}  // namespace vantor
