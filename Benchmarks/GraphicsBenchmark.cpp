@@ -1,12 +1,17 @@
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <string>
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
 
+#include "Platform/Linux/LinuxPlatform.h"
 #include "Platform/Linux/LinuxRegistry.h"
+#include "Shared/Collectors/GPUStatCollector.h"
+#include "Shared/ProcessContext.h"
 
 namespace vantor {
 namespace {
@@ -64,6 +69,44 @@ void sampleCards(benchmark::State& state) {
     }
 }
 BENCHMARK(sampleCards)->Arg(0)->Arg(1)->Arg(2);
+
+DirectorySources noFolders() {
+    return {.environment = [](const std::string&) { return std::optional<std::string>(); },
+            .accountHome = [] { return std::nullopt; },
+            .program = {},
+            .uninstalledResources = {}};
+}
+
+/// What the collector takes on the main queue for a sample. The kernel's files are read at most
+/// every quarter of a second, so the port's share is above.
+void sampleCollector(benchmark::State& state) {
+    const Cards cards(static_cast<int>(state.range(0)));
+    LinuxPlatform platform(noFolders(), cards.kernel());
+    const ProcessContext context(platform.ports());
+    GPUStatCollector& collector = GPUStatCollector::sharedGPUCollector();
+    collector.fetchGPUS();
+    for (auto step : state)
+        collector.updateGPUS();
+}
+BENCHMARK(sampleCollector)->Arg(0)->Arg(1)->Arg(2);
+
+/// The first look at a machine: devices, displays and who is active.
+void findCards(benchmark::State& state) {
+    const Cards cards(static_cast<int>(state.range(0)));
+    for (auto step : state) {
+        LinuxPlatform platform(noFolders(), cards.kernel());
+        const ProcessContext context(platform.ports());
+        GPUStatCollector& collector = GPUStatCollector::sharedGPUCollector();
+        const auto start = std::chrono::steady_clock::now();
+        collector.fetchGPUS();
+        collector.updateDisplays();
+        collector.updateActiveGPU();
+        collector.updateGPUS();
+        const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+        state.SetIterationTime(took.count());
+    }
+}
+BENCHMARK(findCards)->Arg(0)->Arg(1)->Arg(2)->UseManualTime();
 
 }  // namespace
 }  // namespace vantor

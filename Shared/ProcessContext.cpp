@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Shared/Collectors/CPUStatCollector.h"
+#include "Shared/Collectors/GPUStatCollector.h"
 #include "Shared/Collectors/LoadStatCollector.h"
 #include "Shared/Collectors/UptimeStatCollector.h"
 #include "Shared/Database/HistoryDatabaseController.h"
@@ -34,6 +35,7 @@ struct ProcessContext::Singletons {
     SharedInstance<CPUStatCollector> cpuCollector;
     SharedInstance<LoadStatCollector> loadCollector;
     SharedInstance<UptimeStatCollector> uptimeCollector;
+    SharedInstance<GPUStatCollector> gpuCollector;
     SharedInstance<VTRTranslations> translations;
     SharedInstance<VTRDaemonConnection> daemonConnection;
 };
@@ -114,6 +116,13 @@ UptimeStatCollector& ProcessContext::uptimeCollector() {
 
 void ProcessContext::dropUptimeCollector() noexcept { singletons_->uptimeCollector.drop(); }
 
+GPUStatCollector& ProcessContext::gpuCollector() {
+    return singletons_->gpuCollector.get(
+        [&] { return std::make_unique<GPUStatCollector>(ports_); });
+}
+
+void ProcessContext::dropGPUCollector() noexcept { singletons_->gpuCollector.drop(); }
+
 VTRTranslations& ProcessContext::translations() {
     return singletons_->translations.get([&] {
         auto translations = std::make_unique<VTRTranslations>(ports_);
@@ -148,6 +157,10 @@ LoadStatCollector* ProcessContext::existingLoadCollector() const noexcept {
 
 UptimeStatCollector* ProcessContext::existingUptimeCollector() const noexcept {
     return singletons_->uptimeCollector.existing();
+}
+
+GPUStatCollector* ProcessContext::existingGPUCollector() const noexcept {
+    return singletons_->gpuCollector.existing();
 }
 
 }  // namespace vantor::inline VANTOR_MODULE

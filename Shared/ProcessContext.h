@@ -8,6 +8,7 @@
 namespace vantor::inline VANTOR_MODULE {
 
 class CPUStatCollector;
+class GPUStatCollector;
 class HistoryDatabaseController;
 class KOLVersions;
 class LGLog;
@@ -51,6 +52,8 @@ public:
     void dropLoadCollector() noexcept;
     UptimeStatCollector& uptimeCollector();
     void dropUptimeCollector() noexcept;
+    GPUStatCollector& gpuCollector();
+    void dropGPUCollector() noexcept;
     VTRTranslations& translations();
     VTRDaemonConnection& daemonConnection();
     void dropDaemonConnection() noexcept;
@@ -64,6 +67,7 @@ public:
     /// Null for a machine that nobody asked for yet.
     PlatformController* existingPlatformController() const noexcept;
     UptimeStatCollector* existingUptimeCollector() const noexcept;
+    GPUStatCollector* existingGPUCollector() const noexcept;
 
 private:
     struct Singletons;

@@ -1,10 +1,12 @@
 #include "Programs/vantorbar/StateDump.h"
 
+#include <optional>
 #include <string>
 #include <type_traits>
 
 #include "Programs/vantorbar/DropdownDump.h"
 #include "Shared/Collectors/CPUStatCollector.h"
+#include "Shared/Collectors/GPUStatCollector.h"
 #include "Shared/Collectors/LoadStatCollector.h"
 #include "Shared/Collectors/UptimeStatCollector.h"
 #include "Shared/VTRPreferences.h"
@@ -13,6 +15,10 @@ namespace vantor {
 namespace {
 
 using json = nlohmann::ordered_json;
+
+json textOrNull(const std::optional<std::string>& text) {
+    return text ? json(*text) : json(nullptr);
+}
 
 json slotState(const statsample& slot) {
     return {{"sampleID", slot.sampleID},
@@ -33,8 +39,16 @@ json ringState(const SampleRing& ring) {
 }
 
 json coreState(const CPUStatCollectorItem& core) {
-    json key = core.key ? json(*core.key) : json(nullptr);
-    return {{"key", std::move(key)}, {"history", ringState(core.history())}};
+    return {{"key", textOrNull(core.key)}, {"history", ringState(core.history())}};
+}
+
+/// The four rings of a collector or of an item.
+template <class Rings>
+json storagesState(const Rings& rings) {
+    json storages;
+    for (int type = 0; type < static_cast<int>(kStorageCount); ++type)
+        storages[std::to_string(type)] = ringState(rings.storageForType(type));
+    return storages;
 }
 
 json collectorState(const StatCollector& collector) {
@@ -44,16 +58,13 @@ json collectorState(const StatCollector& collector) {
                         {"time", row.time},
                         {"nextTime", row.nextTime},
                         {"interval", row.interval}});
-    json storages;
-    for (int type = 0; type < static_cast<int>(kStorageCount); ++type)
-        storages[std::to_string(type)] = ringState(collector.storageForType(type));
     return {{"sampleIndex", std::move(rows)},
             {"updateSequence", collector.updateSequence()},
             {"updateTime", collector.updateTime()},
             {"stopped", collector.stopped()},
             {"databaseEnabled", collector.databaseEnabled()},
             {"enabled", collector.enabled()},
-            {"storages", std::move(storages)}};
+            {"storages", storagesState(collector)}};
 }
 
 json cpuState(const CPUStatCollector& collector) {
@@ -72,6 +83,32 @@ json cpuState(const CPUStatCollector& collector) {
     return state;
 }
 
+json displaysState(const GPUStatCollectorItem& gpu) {
+    json displays = json::array();
+    for (const PropertyValue::Dictionary& display : gpu.displays)
+        displays.push_back(jsonOfValue(display));
+    return displays;
+}
+
+json gpuItemState(const GPUStatCollectorItem& gpu) {
+    return {{"key", textOrNull(gpu.key)},         {"model", textOrNull(gpu.model)},
+            {"intergrated", gpu.intergrated},     {"connected", gpu.connected},
+            {"temporary", gpu.temporary()},       {"hasProcessorUsage", gpu.hasProcessorUsage()},
+            {"totalyMemory", gpu.totalyMemory},   {"usedMemory", gpu.usedMemory()},
+            {"freeMemory", gpu.freeMemory()},     {"processor", gpu.processor()},
+            {"surfaceCount", gpu.surfaceCount()}, {"displays", displaysState(gpu)},
+            {"storages", storagesState(gpu)}};
+}
+
+json gpuState(const GPUStatCollector& collector) {
+    json state = collectorState(collector);
+    state["fps"] = collector.fps();
+    json& items = state["items"] = json::array();
+    for (std::size_t index = 0; index < collector.items().size(); ++index)
+        items.push_back(gpuItemState(collector.gpu(index)));
+    return state;
+}
+
 json collectorStates(const ProcessContext& context) {
     json states = json::object();
     if (const CPUStatCollector* const cpu = context.existingCPUCollector())
@@ -80,6 +117,8 @@ json collectorStates(const ProcessContext& context) {
         states["load"] = collectorState(*load);
     if (const UptimeStatCollector* const uptime = context.existingUptimeCollector())
         states["uptime"] = {{"boottime", uptime->boottime()}};
+    if (const GPUStatCollector* const gpu = context.existingGPUCollector())
+        states["gpu"] = gpuState(*gpu);
     return states;
 }
 

@@ -124,8 +124,10 @@ void StatCollector::addSampleToStorageType(const SampleFields& sample, int type)
         return;
     }
     for (SampleFields item : sample.items) {
-        item.set("sample", sample.value("sample").value_or(0));
-        item.set("time", sample.value("time").value_or(0));
+        // An item's own figures win, as they do when its rows are read back from the file.
+        for (const std::string_view key : {"sample", "time"})
+            if (!item.value(key))
+                item.set(key, sample.value(key).value_or(0));
         addSampleItem(item, type);
     }
 }

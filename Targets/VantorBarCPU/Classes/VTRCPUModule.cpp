@@ -9,6 +9,7 @@
 #include "Platform/MainQueue.h"
 #include "Platform/WorkQueues.h"
 #include "Shared/Collectors/CPUStatCollector.h"
+#include "Shared/Collectors/GPUStatCollector.h"
 #include "Shared/Collectors/LoadStatCollector.h"
 #include "Shared/Collectors/UptimeStatCollector.h"
 #include "Shared/Database/HistoryDatabaseController.h"
@@ -36,9 +37,22 @@ struct History {
 };
 
 /// In the order in which everything about them is done.
-std::array<History, 2> histories() {
+std::array<History, 3> histories() {
     return {{{"cpu", CPUStatCollector::sharedCPUCollector()},
-             {"load", LoadStatCollector::sharedLoadCollector()}}};
+             {"load", LoadStatCollector::sharedLoadCollector()},
+             {"gpu", GPUStatCollector::sharedGPUCollector()}}};
+}
+
+/// So that one reading is there before anybody looks; then it rests until somebody does.
+void primeGPUCollector() {
+    GPUStatCollector& collector = GPUStatCollector::sharedGPUCollector();
+    collector.setEnabled(true);
+    collector.loadNotifications();
+    collector.fetchGPUS();
+    collector.updateDisplays();
+    collector.updateActiveGPU();
+    collector.updateStats();
+    collector.setEnabled(false);
 }
 
 /// On the queue of the file, as everything with its connection.
@@ -138,6 +152,7 @@ void VTRCPUModule::listenToCollectors() {
         history.collector.showSamples();
         history.collector.addDelegate(*this);
     }
+    primeGPUCollector();
     VTRDaemonConnection::sharedConnection().addListener(interface_, kProcessesKey);
 }
 
@@ -168,7 +183,7 @@ void VTRCPUModule::preferencesChange(const Notification& notification) {
 void VTRCPUModule::collectorUpdatedForMode(StatCollector& collector, int mode) {
     const ProcessContext& context = ProcessContext::current();
     const bool isCPU = &collector == context.existingCPUCollector();
-    // A load sample never shows the item anew by itself.
+    // A sample of the loads or of the graphics never shows the item anew by itself.
     if (isCPU && mode == 0)
         for (VTRModuleDelegate* const delegate : delegates())
             delegate->update();
@@ -187,6 +202,7 @@ void VTRCPUModule::partialUnload() {
     CPUStatCollector::cleanupShared();
     LoadStatCollector::cleanupShared();
     UptimeStatCollector::cleanupShared();
+    GPUStatCollector::cleanupShared();
     preferencesChange_.end();
     removeAllDelegates();
 }

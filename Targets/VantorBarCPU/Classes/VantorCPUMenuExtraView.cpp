@@ -8,6 +8,7 @@
 
 #include "Foundation/NumberText.h"
 #include "Shared/Collectors/CPUStatCollector.h"
+#include "Shared/Collectors/GPUStatCollector.h"
 #include "Shared/Collectors/LoadStatCollector.h"
 #include "Shared/VTRImageCache.h"
 #include "Shared/VTRPreferences.h"
@@ -27,6 +28,35 @@ void forEachMode(std::string_view text, Visit&& visit) {
             return;
         text.remove_prefix(comma + 1);
     }
+}
+
+/// How a family of graphics processors is shown.
+struct GPUIcon {
+    std::string_view dark, white;
+    std::int64_t answer;
+};
+
+constexpr GPUIcon kIntegratedIcon{"menubar-gpu-intelorintegrated",
+                                  "menubar-gpu-intelorintegrated-white", 10};
+constexpr GPUIcon kNVIDIAIcon{"menubar-gpu-nvidia", "menubar-gpu-nvidia-white", 18};
+constexpr GPUIcon kATIIcon{"menubar-gpu-ati", "menubar-gpu-ati-white", 16};
+constexpr GPUIcon kDiscreteIcon{"menubar-gpu-discrete", "menubar-gpu-discrete-white", 16};
+
+/// What a model's name says, in small letters, the first that fits.
+constexpr std::pair<std::string_view, const GPUIcon&> kIconsByModel[] = {
+    {"nvidia", kNVIDIAIcon}, {"ati", kATIIcon}, {"radeon", kATIIcon}, {"amd", kATIIcon}};
+
+/// Without an active graphics processor, or without its model, there is nothing to tell the
+/// families apart by, and the first of the named ones stands for all.
+const GPUIcon& iconOf(const GPUStatCollectorItem* gpu) noexcept {
+    if (gpu != nullptr && gpu->intergrated)
+        return kIntegratedIcon;
+    if (gpu == nullptr || !gpu->model)
+        return kNVIDIAIcon;
+    for (const auto& [word, icon] : kIconsByModel)
+        if (modelContains(gpu->model, word))
+            return icon;
+    return kDiscreteIcon;
 }
 
 }  // namespace
@@ -195,14 +225,12 @@ std::int64_t VantorCPUMenuExtraView::drawWithMode(Context& context, std::int64_t
     }
 }
 
-/// Without an active graphics processor there is no model to tell the families apart by, and the
-/// first of the named ones stands for all.
 std::int64_t VantorCPUMenuExtraView::drawGPUIcon(Context& context, std::int64_t offset) {
-    constexpr std::int64_t kAnswer = 18;
+    const GPUIcon& icon = iconOf(GPUStatCollector::sharedGPUCollector().activeGPU());
     const bool white = BarState::current(isMenuDown()).isInkWhite(storedSkinColor);
-    if (const auto image = VTRImageNamed(white ? "menubar-gpu-nvidia-white" : "menubar-gpu-nvidia"))
+    if (const auto image = VTRImageNamed(white ? icon.white : icon.dark))
         context.drawImage(*image, Point{static_cast<double>(offset), 2});
-    return kAnswer;
+    return icon.answer;
 }
 
 }  // namespace vantor::inline VANTOR_MODULE

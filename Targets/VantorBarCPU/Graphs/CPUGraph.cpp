@@ -5,11 +5,11 @@
 
 #include <fmt/format.h>
 
+#include "Targets/VantorBarCPU/Graphs/GraphColours.h"
+
 namespace vantor::inline VANTOR_MODULE {
 namespace {
 
-constexpr Colour kBlueFill{0.054, 0.38, 0.537, 1}, kBlueStroke{0.168, 0.729, 0.988, 1};
-constexpr Colour kRedFill{0.545, 0.054, 0.054, 1}, kRedStroke{1, 0.164, 0.164, 1};
 constexpr Colour kGreyStroke{0.8, 0.8, 0.8, 1};
 constexpr double kPeakStep = 5;
 

@@ -51,7 +51,9 @@ TEST_F(SimulateCommandTest, WritesWhatTheWorldCouldSee) {
     EXPECT_EQ(events("loaded").at(0)["at"], 0);
     EXPECT_EQ(events("unloaded").at(0)["at"], 20);
     EXPECT_EQ(events("systemlog").at(0)["text"], "Vantor Bar loading extra - cpu");
-    EXPECT_EQ(events("measure").at(0)["sequence"], -6);
+    EXPECT_EQ(events("measure").at(0)["collector"], "gpu");
+    EXPECT_EQ(events("measure").at(0)["sequence"], nullptr);
+    EXPECT_EQ(events("measure").at(1)["sequence"], -6);
     EXPECT_EQ(events("updated").at(0)["mode"], 0);
     EXPECT_EQ(textOf(folder / "out/domain.json"), "{}\n");
     EXPECT_TRUE(std::filesystem::is_directory(folder / "out/databases"));
@@ -118,6 +120,65 @@ TEST_F(SimulateCommandTest, ADumpShowsSharesInPercent) {
     EXPECT_EQ(state["collectors"]["load"]["storages"]["0"][0]["values"], (json{1.5, 1, 0.5}));
 }
 
+/// A card with a display, whose figures change on the way.
+const char* const kGraphicsScenario = R"({"start": 1425900000, "until": 400, "machine": {
+    "fps": 59.5, "graphicsControl": 0, "screens": [{"number": 1, "registry": 5, "names":
+        {"en": "Screen"}, "resolution": [109, 109], "size": [2560, 1440]}],
+    "registry": {"id": 1, "class": "IORegistryEntry", "name": "Root", "children": [
+        {"id": 2, "class": "IOPCIDevice", "name": "GFX0", "properties": {"IOName": "display",
+            "AAPL,slot-name": "Slot-1", "model": {"data": "QU1EIFJhZGVvbg=="}, "VRAM,totalMB": 1},
+         "children": [
+            {"id": 3, "class": "IOAccelerator", "name": "driver", "properties":
+                {"PerformanceStatistics": {"vramUsedBytes": 524288, "Device Utilization %": 40}}},
+            {"id": 4, "class": "IODisplayConnect", "name": "plug", "children": [
+                {"id": 5, "class": "IODisplay", "name": "screen",
+                 "properties": {"DisplayVendorID": 7}}]}]}]}},
+    "events": [{"at": 20, "graphicsControl": "fail"},
+               {"at": 30.5, "registry": {"id": 1, "class": "IORegistryEntry", "name": "Root"}},
+               {"at": 100, "restart": 5}],
+    "outputs": [{"at": 1, "dump": "first.json"}, {"at": 31, "dump": "state.json"}]})";
+
+TEST_F(SimulateCommandTest, ADumpShowsTheGraphics) {
+    ASSERT_EQ(simulateText(kGraphicsScenario), 0) << errors.str();
+    const json gpu = dump("first.json")["collectors"]["gpu"];
+    EXPECT_EQ(gpu["fps"], 59.5);
+    EXPECT_EQ(gpu["enabled"], false);
+    ASSERT_EQ(gpu["items"].size(), 1U);
+    json item = gpu["items"][0];
+    EXPECT_EQ(item["storages"]["0"].back()["values"], (json{0.5, 40, 0, 0, 0}));
+    EXPECT_EQ(item["storages"]["1"], json::array());
+    item.erase("storages");
+    EXPECT_EQ(item, (json{{"key", "Slot1"},
+                          {"model", "AMD Radeon"},
+                          {"intergrated", false},
+                          {"connected", true},
+                          {"temporary", false},
+                          {"hasProcessorUsage", true},
+                          {"totalyMemory", 1048576},
+                          {"usedMemory", 524288},
+                          {"freeMemory", 0},
+                          {"processor", 40},
+                          {"surfaceCount", 0},
+                          {"displays", json::array({{{"display-name", "Screen"},
+                                                     {"ppi", 109},
+                                                     {"resolution", "{2560, 1440}"},
+                                                     {"vendor", 7}}})}}));
+}
+
+TEST_F(SimulateCommandTest, AChangedRegistryIsAChangeOfTheDisplays) {
+    ASSERT_EQ(simulateText(kGraphicsScenario), 0) << errors.str();
+    const json item = dump("state.json")["collectors"]["gpu"]["items"][0];
+    EXPECT_EQ(item["displays"], json::array());
+    EXPECT_EQ(item["connected"], false);
+    std::vector<double> changes;
+    for (const json& measurement : events("measure"))
+        if (measurement["collector"] == "gpu" && measurement["sequence"].is_null())
+            changes.push_back(measurement["at"]);
+    ASSERT_EQ(changes.size(), 4U);  // the start, the change and its second look, the restart
+    EXPECT_EQ(changes[1], 30.5);
+    EXPECT_NEAR(changes[2], 31.002, 1e-6);
+}
+
 TEST_F(SimulateCommandTest, TwoRunsGiveTheSameBytes) {
     const std::string scenarios[] = {
         R"({"start": 1425900000.3, "until": 400, "machine": {"logical": 8, "physical": 4},
@@ -126,7 +187,8 @@ TEST_F(SimulateCommandTest, TwoRunsGiveTheSameBytes) {
         R"({"start": 1425900003, "until": 300, "preferences": {"TimerFrequency": 2},
             "events": [{"at": 10, "clock": -40}, {"at": 60, "dark": true}, {"at": 90, "restart": 5},
                        {"at": 120, "preference": {"key": "TimerFrequency", "value": 0}}],
-            "outputs": [{"at": 299, "dump": "state.json"}]})"};
+            "outputs": [{"at": 299, "dump": "state.json"}]})",
+        kGraphicsScenario};
     for (const std::string& scenario : scenarios) {
         ASSERT_EQ(simulateText(scenario, "first"), 0) << errors.str();
         ASSERT_EQ(simulateText(scenario, "second"), 0);
@@ -190,7 +252,8 @@ TEST_F(SimulateCommandTest, AChangedPreferenceIsFollowedAtOnce) {
               0);
     std::size_t before = 0, after = 0;
     for (const json& measurement : events("measure"))
-        ++(measurement["at"] < 30.5 ? before : after);
+        if (measurement["collector"] != "gpu")
+            ++(measurement["at"] < 30.5 ? before : after);
     EXPECT_EQ(before, 2U * 30);
     EXPECT_EQ(after, 2U * 10);
     EXPECT_EQ(json::parse(textOf(folder / "out/domain.json"))["TimerFrequency"], 0);

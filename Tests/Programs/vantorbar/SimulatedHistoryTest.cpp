@@ -74,12 +74,13 @@ TEST_F(SimulatedHistoryTest, TheHistoryFilesAreAmongTheResults) {
 TEST_F(SimulatedHistoryTest, EachFileIsWrittenEveryDaySampleAfterWhatItTells) {
     ASSERT_EQ(simulateEvents(""), 0) << errors.str();
     const auto commits = events("commit");
-    ASSERT_EQ(commits.size(), 12U);
+    ASSERT_EQ(commits.size(), 18U);
     EXPECT_EQ(commits[0]["file"], "cpu.db");
     EXPECT_EQ(commits[0]["statements"], 24);
     EXPECT_EQ(commits[0]["failed"], 0);
     EXPECT_NEAR(commits[0]["at"].get<double>(), 144, 0.1);
     EXPECT_EQ(commits[1]["file"], "load.db");
+    EXPECT_EQ(commits[2]["file"], "gpu.db");
     const std::string text = textOf(folder / "out/events.jsonl");
     const auto day = text.find(R"("collector":"cpu","mode":2)");
     EXPECT_LT(day, text.find(R"("kind":"commit")"));

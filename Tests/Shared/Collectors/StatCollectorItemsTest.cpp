@@ -180,6 +180,16 @@ TEST_F(StatCollectorItemsTest, ASampleWithItemsReachesThemByKey) {
     EXPECT_EQ(item->sampleAtIndex(0, StorageType::hour).values[0], 9);
 }
 
+TEST_F(StatCollectorItemsTest, AnItemsOwnTimeWinsOverThatOfTheWholeSample) {
+    SampleFields sample = sampleOf({{"sample", 5}, {"time", 30}});
+    sample.items.push_back(sampleOf({{"a", 9}, {"time", 24}}));
+    sample.items[0].uuid = "gpu";
+    collector.addHourSample(sample);
+    const StatCollectorItem* const item =
+        collector.itemWithKey("gpu", StatCollector::Temporary::yes);
+    EXPECT_EQ(item->sampleAtIndex(0, StorageType::hour).time, 24);
+}
+
 TEST_F(StatCollectorItemsTest, TheLowestNewestIdentifierIsTheItems) {
     EXPECT_EQ(collector.lowestSampleForStorageType(1), -1);
     collector.newItemWithKey("a")->addSample(sampleOf({{"sample", 9}}), 1);

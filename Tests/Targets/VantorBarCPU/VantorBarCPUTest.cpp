@@ -1,6 +1,8 @@
 #include "Targets/VantorBarCPU/VantorBarCPU.h"
 
 #include <gmock/gmock.h>
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include "Platform/Simulated/SimulatedMenuExtraHost.h"
@@ -54,14 +56,19 @@ TEST_F(VantorBarCPUTest, ALoadSampleDoesNot) {
 }
 
 TEST_F(VantorBarCPUTest, TheUpdateFrequencyThinsOutTheMeasuring) {
+    const auto measurements = [this] {  // the graphics have a pace of their own
+        return std::ranges::count_if(world.journal.measurements, [](const auto& measurement) {
+            return measurement.collector != "gpu";
+        });
+    };
     VTRSetIntegerForKey("TimerFrequency", 2);
     world.machine.run(60.5);
-    const auto everySecond = world.journal.measurements.size();
+    const auto everySecond = measurements();
     world.journal.measurements.clear();
     VTRSetIntegerForKey("TimerFrequency", 0);
     world.machine.run(60);
-    EXPECT_EQ(everySecond, 2U * 60);
-    EXPECT_EQ(world.journal.measurements.size(), 2U * 20);
+    EXPECT_EQ(everySecond, 2 * 60);
+    EXPECT_EQ(measurements(), 2 * 20);
 }
 
 TEST_F(VantorBarCPUTest, AChangedPreferenceIsReadAnewAndTheItemShown) {

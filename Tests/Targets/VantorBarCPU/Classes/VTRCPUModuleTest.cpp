@@ -10,9 +10,11 @@
 #include "Platform/Linux/LinuxMainQueue.h"
 #include "Platform/Linux/LinuxWorkQueues.h"
 #include "Shared/Collectors/CPUStatCollector.h"
+#include "Shared/Collectors/GPUStatCollector.h"
 #include "Shared/Collectors/LoadStatCollector.h"
 #include "Shared/Collectors/UptimeStatCollector.h"
 #include "Shared/Database/HistoryDatabaseController.h"
+#include "Tests/Support/GraphicsTree.h"
 #include "Tests/Support/HistoryFile.h"
 #include "Tests/Support/QueueWorld.h"
 #include "Tests/Support/TemporaryFolder.h"
@@ -59,7 +61,14 @@ protected:
         module->setup();
         world.machine.run(0);
     }
+    /// A card of 1000 bytes, a quarter of them in use.
+    void plugInCard() {
+        world.machine.registry.setTree(test::graphicsTree(
+            {{.properties = {{"VRAM,totalsize", 1000}},
+              .statistics = {{"vramUsedBytes", 250}, {"Device Utilization %", 40}}}}));
+    }
     CPUStatCollector& cpu() { return CPUStatCollector::sharedCPUCollector(); }
+    GPUStatCollector& gpus() { return GPUStatCollector::sharedGPUCollector(); }
 
     test::TemporaryFolder folder;
     const fs::path databases = folder / "Application Support/Vantor Bar/databases";
@@ -72,9 +81,12 @@ TEST_F(VTRCPUModuleTest, EachCollectorHasItsFile) {
     start();
     EXPECT_EQ(cpu().dbpath(), databases / "cpu.db");
     EXPECT_EQ(LoadStatCollector::sharedLoadCollector().dbpath(), databases / "load.db");
+    EXPECT_EQ(gpus().dbpath(), databases / "gpu.db");
     EXPECT_FALSE(UptimeStatCollector::sharedUptimeCollector().dbpath());
     EXPECT_TRUE(HistoryFile(databases / "cpu.db").hasTable("month_cpuhistory"));
     EXPECT_TRUE(HistoryFile(databases / "load.db").hasTable("hour_loadavghistory"));
+    for (const char* const table : {"hour_gpuidhistory", "month_gpuidhistory", "hour_gpuhistory"})
+        EXPECT_TRUE(HistoryFile(databases / "gpu.db").hasTable(table)) << table;
 }
 
 TEST_F(VTRCPUModuleTest, ACombinedExtraHasFilesOfItsOwn) {
@@ -143,12 +155,83 @@ TEST_F(VTRCPUModuleTest, APipeInThePlaceOfAFileHoldsNobodyUp) {
     EXPECT_TRUE(fs::is_regular_file(databases / "cpu.db"));
 }
 
+TEST_F(VTRCPUModuleTest, TheGraphicsAreReadOnceAndThenRest) {
+    plugInCard();
+    start();
+    ASSERT_EQ(gpus().items().size(), 1U);
+    EXPECT_EQ(gpus().activeGPU(), &gpus().gpu(0));
+    EXPECT_EQ(gpus().gpu(0).displays.size(), 1U);
+    EXPECT_EQ(gpus().gpu(0).sampleAtIndex(0, StorageType::now).values[0], 0.25);
+    EXPECT_FALSE(gpus().enabled());
+    EXPECT_THAT(gpus().delegates(), ElementsAre(&*module));
+    ASSERT_EQ(world.journal.measurements.size(), 1U);
+    EXPECT_EQ(world.journal.measurements[0].collector, "gpu");
+    EXPECT_EQ(world.journal.measurements[0].sequence, std::nullopt);
+    EXPECT_EQ(extra.updates, 0) << "the item shows no graphics sample by itself";
+}
+
+TEST_F(VTRCPUModuleTest, GraphicsGoOnAtAThirdOfThePaceWhileNobodyLooks) {
+    plugInCard();
+    start();
+    world.machine.run(20);
+    for (const auto& [collector, sequence] : world.journal.measurements)
+        EXPECT_TRUE(collector != "gpu" || sequence.value_or(0) % 3 == 0);
+    EXPECT_NEAR(gpus().idForInterval(0), 9, 1);
+}
+
+TEST_F(VTRCPUModuleTest, AChangeOfTheDisplaysReachesTheGraphicsOnceTheyAreThere) {
+    module.emplace(extra);
+    module->setup();
+    world.machine.displays.reconfigure();
+    EXPECT_THAT(world.journal.measurements, IsEmpty());
+    world.machine.run(0);
+    world.machine.displays.reconfigure();
+    EXPECT_EQ(world.journal.measurements.size(), 2U);
+}
+
+TEST_F(VTRCPUModuleTest, ACardKeepsItsHistoryOverRuns) {
+    plugInCard();
+    start();
+    world.machine.run(170);
+    const double newest = gpus().lastIDForType(1);
+    module->willUnload();
+    start();
+    EXPECT_GE(gpus().lastIDForType(1), newest - 5);
+    ASSERT_EQ(gpus().items().size(), 1U);
+    EXPECT_FALSE(gpus().gpu(0).temporary());
+    EXPECT_TRUE(gpus().gpu(0).loadedHistory);
+    EXPECT_EQ(gpus().gpu(0).sampleWithIdentifier(10, StorageType::hour).values[0], 0.25);
+    EXPECT_EQ(gpus().gpu(0).sampleWithIdentifier(10, StorageType::hour).values[1], 40);
+}
+
+TEST_F(VTRCPUModuleTest, ACardThatIsGoneIsATemporaryItemOfItsHistory) {
+    plugInCard();
+    start();
+    world.machine.run(170);
+    module->willUnload();
+    world.machine.registry.setTree(test::graphicsTree({}));
+    start();
+    ASSERT_EQ(gpus().items().size(), 1U);
+    EXPECT_TRUE(gpus().gpu(0).temporary());
+    EXPECT_EQ(gpus().gpu(0).sampleWithIdentifier(10, StorageType::hour).values[0], 0.25);
+}
+
+TEST_F(VTRCPUModuleTest, AnItemsSampleIsTheSameInMemoryAndInTheFile) {
+    plugInCard();
+    start();
+    world.machine.run(170);
+    const statsample kept = gpus().gpu(0).sampleWithIdentifier(10, StorageType::hour);
+    EXPECT_EQ(kept.time, HistoryFile(databases / "gpu.db")
+                             .number("SELECT time FROM hour_gpuhistory WHERE sample = 10"));
+}
+
 TEST_F(VTRCPUModuleTest, UnloadingEndsAllCollectors) {
     start();
     module->partialUnload();
     EXPECT_EQ(world.context.existingCPUCollector(), nullptr);
     EXPECT_EQ(world.context.existingLoadCollector(), nullptr);
     EXPECT_EQ(world.context.existingUptimeCollector(), nullptr);
+    EXPECT_EQ(world.context.existingGPUCollector(), nullptr);
     world.machine.run(300);
     EXPECT_THAT(world.journal.commits, IsEmpty());
 }
@@ -165,7 +248,20 @@ TEST_F(VTRCPUModuleTest, AModuleThatGoesAtOnceLeavesNothingBehind) {
 /// The start-up work on a thread of its own, as on a desktop.
 class VTRCPUModuleThreadTest : public VTRCPUModuleTest {
 protected:
-    VTRCPUModuleThreadTest() { writeHistory(); }
+    VTRCPUModuleThreadTest() {
+        writeHistory();
+        plugInCard();
+        HistoryFile(databases / "gpu.db")
+            .run("create table hour_gpuidhistory (sample double PRIMARY KEY NOT NULL, "
+                 "time double NOT NULL, empty integer NOT NULL);"
+                 "create table hour_gpuhistory (sample double NOT NULL, time double NOT NULL, "
+                 "uuid varchar(100) NOT NULL, processor double NOT NULL, memory double NOT NULL);"
+                 "insert into hour_gpuidhistory values (5, " +
+                 std::to_string(kNow - 6) +
+                 ", 0);"
+                 "insert into hour_gpuhistory values (5, " +
+                 std::to_string(kNow - 12) + ", 'Slot1', 7, 0.5)");
+    }
 
     Ports threadedPorts() {
         Ports ports = overriddenPorts(world.machine.ports(),
@@ -188,9 +284,13 @@ TEST_F(VTRCPUModuleThreadTest, ReadersSeeNoSampleUntilTheModuleListens) {
             EXPECT_EQ(reader.sampleAtIndex(0, type).sampleID, 0);
         EXPECT_EQ(reader.idForInterval(1), 1);
         EXPECT_THAT(reader.items(), IsEmpty());
+        EXPECT_THAT(gpus().items(), IsEmpty());
+        EXPECT_EQ(gpus().activeGPU(), nullptr);
         mainQueue.runOnce(0.001);
     }
     EXPECT_EQ(reader.sampleWithIdentifier(5, StorageType::hour).values[0], 50);
+    ASSERT_EQ(gpus().items().size(), 1U);
+    EXPECT_EQ(gpus().gpu(0).sampleWithIdentifier(5, StorageType::hour).values[1], 7);
     module->willUnload();
 }
 

@@ -9,9 +9,11 @@
 
 #include "Foundation/Image.h"
 #include "Shared/Collectors/CPUStatCollector.h"
+#include "Shared/Collectors/GPUStatCollector.h"
 #include "Shared/VTRPreferences.h"
 #include "Tests/Support/AllocationCounter.h"
 #include "Tests/Support/BarCanvas.h"
+#include "Tests/Support/GraphicsTree.h"
 #include "Tests/Support/Pictures.h"
 #include "Tests/Support/PlainPicture.h"
 #include "Tests/Support/World.h"
@@ -66,6 +68,42 @@ TEST_F(VantorCPUMenuExtraViewTest, TheGPUIconDoesNotDependOnTheCores) {
     setCores(4, 4);
     VTRSetBoolForKey("CPU_MenubarCombineCores", false);
     EXPECT_EQ(widthOf("5"), 18 - 4);
+}
+
+TEST_F(VantorCPUMenuExtraViewTest, TheGPUIconShowsTheFamilyOfTheActiveOne) {
+    world.machine.directories.setResources(std::filesystem::path(VANTOR_BUNDLE_DIR).parent_path());
+    struct Case {
+        PropertyValue model;
+        bool isBuiltIn;
+        const char* image;
+        std::int64_t width;
+    };
+    const Case cases[] = {{test::dataOf("Intel Iris Pro"), false, "intelorintegrated", 10},
+                          {test::dataOf("NVIDIA GeForce 9400M"), true, "intelorintegrated", 10},
+                          {test::dataOf("NVIDIA Radeon"), false, "nvidia", 18},
+                          {test::dataOf("ATI,RV370"), false, "ati", 16},
+                          {test::dataOf("RADEON X1600"), false, "ati", 16},
+                          {test::dataOf("Amd FirePro"), false, "ati", 16},
+                          {test::dataOf("Matrox"), false, "discrete", 16},
+                          {{}, false, "nvidia", 18}};
+    for (const Case& each : cases) {
+        GPUStatCollector::cleanupShared();
+        test::Card card{.model = each.model};
+        if (each.isBuiltIn)
+            card.properties["built-in"] = true;
+        world.machine.registry.setTree(test::graphicsTree({card}));
+        GPUStatCollector& collector = GPUStatCollector::sharedGPUCollector();
+        collector.fetchGPUS();
+        collector.updateActiveGPU();
+        EXPECT_EQ(widthOf("5"), each.width - 4) << each.image;
+        test::BarCanvas canvas(30);
+        view.drawAtOffset(canvas.context, 0);
+        test::PlainPicture wanted(30, 1);
+        wanted.draw(*Image::fromFile(std::filesystem::path(VANTOR_BUNDLE_DIR) /
+                                     (std::string("menubar-gpu-") + each.image + ".png")),
+                    0, 2, 1);
+        EXPECT_EQ(wanted.differenceFrom(canvas.surface), "") << each.image;
+    }
 }
 
 TEST_F(VantorCPUMenuExtraViewTest, ASingleHistoryStandsForAllCores) {
