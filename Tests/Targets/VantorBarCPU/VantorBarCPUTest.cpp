@@ -1,8 +1,8 @@
 #include "Targets/VantorBarCPU/VantorBarCPU.h"
 
-#include <gmock/gmock.h>
 #include <algorithm>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "Platform/Simulated/SimulatedMenuExtraHost.h"
