@@ -259,21 +259,20 @@ void HistoryGraph::drawCenterLine(Painting::Context& context) const {
                      kCenterLine);
 }
 
-void HistoryGraph::drawMinimumString(Painting::Context& context, std::string_view text) const {
+void HistoryGraph::drawMinimumString(Painting::Context& context, std::string_view text) {
     drawString(context, text, {0, 1});
 }
 
-void HistoryGraph::drawMaximumString(Painting::Context& context, std::string_view text) const {
+void HistoryGraph::drawMaximumString(Painting::Context& context, std::string_view text) {
     drawString(context, text, {0, frame().height - kTagHeight});
 }
 
-void HistoryGraph::drawString(Painting::Context& context, std::string_view text,
-                              Point atPoint) const {
+void HistoryGraph::drawString(Painting::Context& context, std::string_view text, Point atPoint) {
     const Painting::TextAttributes attributes{.font = {.size = 9}, .colour = kWhite};
     const double width = Painting::sizeOfText(text, attributes).width;
-    Painting::Path tag;
-    tag.addRoundedRect({atPoint.x, atPoint.y, width + kTagMargin, kTagHeight}, kTagRadius);
-    context.fill(tag, kTagGround);
+    path_.clear();
+    path_.addRoundedRect({atPoint.x, atPoint.y, width + kTagMargin, kTagHeight}, kTagRadius);
+    context.fill(path_, kTagGround);
     context.drawText(text, Point{atPoint.x + 4, atPoint.y + 1}, attributes);
 }
 

@@ -81,8 +81,8 @@ protected:
     const StatSamples* collector() const noexcept { return collector_.get(); }
     /// The columns that the frame has room for.
     std::size_t columnCount() const noexcept;
-    void drawMinimumString(Painting::Context& context, std::string_view text) const;
-    void drawMaximumString(Painting::Context& context, std::string_view text) const;
+    void drawMinimumString(Painting::Context& context, std::string_view text);
+    void drawMaximumString(Painting::Context& context, std::string_view text);
 
 private:
     struct Strip;
@@ -98,7 +98,7 @@ private:
     void drawBackground(Painting::Context& context) const;
     void drawCenterLine(Painting::Context& context) const;
     bool wantsCenterLine() const;
-    void drawString(Painting::Context& context, std::string_view text, Point atPoint) const;
+    void drawString(Painting::Context& context, std::string_view text, Point atPoint);
 
     HistoryGraphConfig config_;
     WeakHandle<const StatSamples> collector_;
@@ -109,7 +109,7 @@ private:
     bool hasColumns_ = false;
     std::array<double, kGraphSlots> peaks_{};
     std::optional<Painting::ImageSurface> image_;
-    Painting::Path path_;
+    Painting::Path path_;  // room for a paint, too
     std::shared_ptr<const Painting::Image> labelImage_;
     float lastWidth_ = 0;
     double lastScale_ = 1;

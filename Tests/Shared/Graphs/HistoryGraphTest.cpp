@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <random>
 
 #include <gtest/gtest.h>
 
 #include "Platform/Simulated/SimulatedMachine.h"
 #include "Targets/VantorBarCPU/Graphs/CPUGraph.h"
+#include "Tests/Support/AllocationCounter.h"
 #include "Tests/Support/FakeSamples.h"
 #include "Tests/Support/World.h"
 
@@ -268,6 +270,29 @@ TEST_F(HistoryGraphTest, LinesThatAreNotPaintedRaiseTheScaleAllTheSame) {
     painted(*graph, 1);
 
     EXPECT_DOUBLE_EQ(graph->peak(), 15);
+}
+
+TEST_F(HistoryGraphTest, ANewSampleAllocatesNothing) {
+    world.machine.directories.setResources(std::filesystem::path(VANTOR_BUNDLE_DIR).parent_path());
+    const auto graph = makeGraph<CPUGraph>(samples);
+    const auto load = makeGraph<LoadAverageGraph>(samples);
+    ImageSurface surface(kSize, 2);
+    const auto paint = [&](double value) {
+        samples.add({value, value / 2, 1});
+        for (HistoryGraph* const each :
+             {static_cast<HistoryGraph*>(graph.get()), static_cast<HistoryGraph*>(load.get())}) {
+            Painting::Context context = surface.context();
+            each->display(context);
+        }
+    };
+    for (int sample = 0; sample < 310; ++sample)
+        paint(sample % 4);  // the path has its room, and each text its layout
+
+    const test::AllocationCounter allocations;
+    for (int sample = 0; sample < 20; ++sample)
+        paint(sample % 4);
+
+    EXPECT_EQ(allocations.count(), 0u);
 }
 
 }  // namespace vantor
