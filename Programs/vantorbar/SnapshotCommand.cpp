@@ -13,7 +13,9 @@
 
 #include "Foundation/Colour.h"
 #include "Hosts/Offscreen/OffscreenHost.h"
+#include "Platform/Linux/LinuxDirectories.h"
 #include "Platform/Linux/LinuxPlatform.h"
+#include "Programs/vantorbar/CatalogueSheet.h"
 #include "Programs/vantorbar/OverlaidPorts.h"
 #include "Programs/vantorbar/ProgramDirectories.h"
 #include "Programs/vantorbar/SettingValue.h"
@@ -28,7 +30,7 @@ struct SnapshotArguments {
     std::filesystem::path file;
     double waitSeconds = 3;
     int scale = 1;
-    bool dark = false, contrast = false, menuOpen = false;
+    bool dark = false, contrast = false, menuOpen = false, catalogue = false;
     std::string background;
     std::vector<std::string> settings;
 };
@@ -89,9 +91,20 @@ void takeSnapshot(const SnapshotArguments& arguments) {
         throw std::runtime_error(fmt::format("{}: can't be written", arguments.file.string()));
 }
 
+void takeCatalogue(const SnapshotArguments& arguments) {
+    const Painting::ImageSurface sheet =
+        paintCatalogue(LinuxDirectories(programDirectories()).resources(), arguments.scale,
+                       arguments.dark ? Paper::dark : Paper::light);
+    if (!sheet.writePNG(arguments.file))
+        throw std::runtime_error(fmt::format("{}: can't be written", arguments.file.string()));
+}
+
 int snapshot(const SnapshotArguments& arguments) {
     try {
-        takeSnapshot(arguments);
+        if (arguments.catalogue)
+            takeCatalogue(arguments);
+        else
+            takeSnapshot(arguments);
         return 0;
     } catch (const std::invalid_argument& error) {
         fmt::print(stderr, "vantorbar: {}\n", error.what());
@@ -122,6 +135,8 @@ void addSnapshotCommand(CLI::App& app, int& exitStatus) {
     command->add_option("--set", arguments->settings, "Another setting, for this picture")
         ->type_name("KEY=VALUE")
         ->allow_extra_args(false);
+    command->add_flag("--catalogue", arguments->catalogue,
+                      "Not the item, but all rows and controls of the dropdown, in both themes");
     command->callback([arguments, &exitStatus] { exitStatus = snapshot(*arguments); });
 }
 
