@@ -238,13 +238,24 @@ void HistoryGraph::draw(Painting::Context& context) {
         context.drawImage(*labelImage_, Point{frame().width - kLabelImageWidth, 0});
 }
 
-void HistoryGraph::drawBackground(Painting::Context& context) const {
+/// Stretching a picture takes longer than all the rest of a paint, so the result is kept.
+void HistoryGraph::drawBackground(Painting::Context& context) {
+    if (!ground_ || ground_->size() != frame().size() || ground_->scale() != context.scale())
+        renewGround(context.scale());
+    if (ground_)
+        context.drawImage(*ground_, Point{0, 0});
+}
+
+/// There is none without its artwork, which may come later.
+void HistoryGraph::renewGround(double scale) {
+    ground_.reset();
     VTRImageCache& cache = VTRImageCache::sharedCache();
-    const auto background = sizeType_ == 1
-                                ? cache.imageWithLeftCap("stats-historygrapharea-69", 45)
-                                : cache.imageWithLeftCap("stats-historygrapharea-49", 35);
-    if (background)
-        background->drawInRect(context, bounds());
+    const auto artwork = sizeType_ == 1 ? cache.imageWithLeftCap("stats-historygrapharea-69", 45)
+                                        : cache.imageWithLeftCap("stats-historygrapharea-49", 35);
+    if (artwork == nullptr)
+        return;
+    Painting::Context context = ground_.emplace(frame().size(), scale).context();
+    artwork->drawInRect(context, bounds());
 }
 
 bool HistoryGraph::wantsCenterLine() const {

@@ -46,7 +46,10 @@ public:
     void setStorageMode(std::int64_t mode) noexcept { storageMode_ = mode; }
     /// 1 for the graphs 70 points high, else the standard one.
     std::int64_t sizeType() const noexcept { return sizeType_; }
-    void setSizeType(std::int64_t type) noexcept { sizeType_ = type; }
+    void setSizeType(std::int64_t type) noexcept {
+        sizeType_ = type;
+        ground_.reset();
+    }
     /// Two samples share a column, so that a whole scale fits.
     void setUseAllSamples(bool use) noexcept { useAllSamples_ = use; }
     /// A gap cuts the area down to its base line.
@@ -95,7 +98,8 @@ private:
     void drawGraphs(Painting::Context& context, std::size_t count);
     void drawSeries(Painting::Context& context, const HistorySeries& series, std::size_t count);
     bool isPainted(const HistorySeries& series) const;
-    void drawBackground(Painting::Context& context) const;
+    void drawBackground(Painting::Context& context);
+    void renewGround(double scale);
     void drawCenterLine(Painting::Context& context) const;
     bool wantsCenterLine() const;
     void drawString(Painting::Context& context, std::string_view text, Point atPoint);
@@ -108,7 +112,7 @@ private:
     HistoryColumns columns_;
     bool hasColumns_ = false;
     std::array<double, kGraphSlots> peaks_{};
-    std::optional<Painting::ImageSurface> image_;
+    std::optional<Painting::ImageSurface> ground_, image_;
     Painting::Path path_;  // room for a paint, too
     std::shared_ptr<const Painting::Image> labelImage_;
     float lastWidth_ = 0;
