@@ -145,11 +145,26 @@ json menuState(VTRMenuExtra& extra, VTRMenu* menu) {
     return rows;
 }
 
-bool isEnabled(const VTRMenuExtra& extra) {
+const StatInterfaceCPU* interfaceOf(const VTRMenuExtra& extra) {
     if (extra.modules() == nullptr || extra.modules()->empty())
-        return false;
+        return nullptr;
     const auto* const module = dynamic_cast<const VTRCPUModule*>(extra.modules()->front().get());
-    return module != nullptr && module->interface() != nullptr && module->interface()->enabled();
+    return module != nullptr ? module->interface() : nullptr;
+}
+
+bool isEnabled(const VTRMenuExtra& extra) {
+    const StatInterfaceCPU* const interface = interfaceOf(extra);
+    return interface != nullptr && interface->enabled();
+}
+
+json graphicsState(VTRMenuExtra& extra) {
+    json state = json::object();
+    if (const StatInterfaceCPU* const interface = interfaceOf(extra))
+        for (const auto& gpu : interface->gpuItems())
+            state[gpu->key] = {
+                {"memory", menuState(extra, gpu->memoryMenuitem->submenu().get())},
+                {"processor", menuState(extra, gpu->processorMenuitem->submenu().get())}};
+    return state;
 }
 
 }  // namespace
@@ -160,7 +175,7 @@ nlohmann::ordered_json dropdownState(VTRMenuExtra& extra) {
     json state{{"enabled", isEnabled(extra)}};
     for (const std::string_view name : {"main", "cores", "history", "load", "uptime"})
         state[std::string(name)] = menuState(extra, menuNamed(extra, name));
-    state["gpus"] = json::object();
+    state["gpus"] = graphicsState(extra);
     return state;
 }
 

@@ -1,7 +1,6 @@
 #include "Programs/vantorbar/DropdownMenus.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "Shared/Buttons/StatInterfaceButton.h"
@@ -22,15 +21,20 @@ StatInterfaceCPU* interfaceOf(const VTRMenuExtra& extra) {
 }
 
 struct NamedMenu {
-    std::string_view name;
+    std::string name;
     VTRMenu* menu;
 };
 
-std::array<NamedMenu, 4> submenus(const StatInterfaceCPU& interface) {
-    return {{{"cores", &interface.coresMenu()},
-             {"history", &interface.historyMenu()},
-             {"load", &interface.loadMenu()},
-             {"uptime", &interface.uptimeMenu()}}};
+std::vector<NamedMenu> submenus(const StatInterfaceCPU& interface) {
+    std::vector<NamedMenu> menus{{"cores", &interface.coresMenu()},
+                                 {"history", &interface.historyMenu()},
+                                 {"load", &interface.loadMenu()},
+                                 {"uptime", &interface.uptimeMenu()}};
+    for (const auto& gpu : interface.gpuItems()) {
+        menus.push_back({"memory:" + gpu->key, gpu->memoryMenuitem->submenu().get()});
+        menus.push_back({"processor:" + gpu->key, gpu->processorMenuitem->submenu().get()});
+    }
+    return menus;
 }
 
 StatInterfaceButton* launcherButton(View& view, std::int64_t tag) {
@@ -77,7 +81,7 @@ std::string submenuName(VTRMenuExtra& extra, const VTRMenuItem& item) {
     if (const StatInterfaceCPU* const interface = interfaceOf(extra))
         for (const auto& [name, menu] : submenus(*interface))
             if (item.submenu().get() == menu)
-                return std::string(name);
+                return name;
     return "";
 }
 

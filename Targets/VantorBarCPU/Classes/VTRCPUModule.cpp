@@ -193,6 +193,8 @@ void VTRCPUModule::collectorUpdatedForMode(StatCollector& collector, int mode) {
         interface_->cpuCollectorUpdatedForMode(mode);
     else if (&collector == context.existingLoadCollector())
         interface_->loadCollectorUpdatedForMode(mode);
+    else if (&collector == context.existingGPUCollector())
+        interface_->gpuCollectorUpdatedForMode(mode);
 }
 
 void VTRCPUModule::partialUnload() {

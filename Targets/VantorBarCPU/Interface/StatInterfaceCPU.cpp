@@ -2,6 +2,7 @@
 
 #include "Platform/MainQueue.h"
 #include "Shared/Collectors/CPUStatCollector.h"
+#include "Shared/Collectors/GPUStatCollector.h"
 #include "Shared/Collectors/LoadStatCollector.h"
 #include "Shared/Graphs/HistoryGraph.h"
 #include "Shared/Textfields/StatInterfaceTextField.h"
@@ -78,6 +79,7 @@ void StatInterfaceCPU::loadInterface() {
     loadCoreMenu();
     loadUptimeMenu();
     loadHistoryMenu();
+    loadGPUMenu();
     loadGraphRows();
     buttonsMenuItem_ = createLauncherMenuItem({1, 2, 3, 8, 4});
     for (int process = 0; process < kProcessCount; ++process)
@@ -198,8 +200,6 @@ void StatInterfaceCPU::loadGraphRows() {
         "spacer-bottom");
 }
 
-void StatInterfaceCPU::addGPURows(Items&) {}
-
 StatInterface::Items StatInterfaceCPU::mainRows() {
     VTRMenu* const rows = menu();
     const auto filler = [rows](std::string_view key, int height) {
@@ -248,6 +248,9 @@ void StatInterfaceCPU::menuWillOpen(VTRMenu& opening) {
     if (&opening == menu()) {
         setMainMenuOpen(true);
         forceUpdate();
+        GPUStatCollector& gpus = GPUStatCollector::sharedGPUCollector();
+        gpus.setEnabled(true);
+        gpus.updateStats();
         VTRDaemonConnection::sharedConnection().startProcessesWithKey(kProcessesKey);
     } else if (&opening == uptimeMenu_.get()) {
         uptimeMenuOpen_ = true;
@@ -259,6 +262,7 @@ void StatInterfaceCPU::menuDidClose(VTRMenu& closing) {
     menuWillHighlightItem(closing, nullptr);
     if (&closing == menu()) {
         setMainMenuOpen(false);
+        GPUStatCollector::sharedGPUCollector().setEnabled(false);
         VTRDaemonConnection::sharedConnection().stopProcessesWithKey(kProcessesKey);
     } else if (&closing == uptimeMenu_.get()) {
         uptimeMenuOpen_ = false;
@@ -269,12 +273,14 @@ void StatInterfaceCPU::menuWillHighlightItem(VTRMenu& menu, VTRMenuItem* item) {
     ports().mainQueue.after(0, [self = self_.handle(), rows = menu.handle(),
                                 row = item != nullptr ? item->shared_from_this() : nullptr] {
         if (self.get() != nullptr && rows.get() != nullptr)
-            self.get()->highlight(*rows.get(), row.get());
+            self.get()->highlight(*rows.get(), row);
     });
 }
 
-void StatInterfaceCPU::highlight(VTRMenu& menu, const VTRMenuItem* item) {
-    highlightRow(menu, item);
+void StatInterfaceCPU::highlight(VTRMenu& rows, const Item& item) {
+    highlightRow(rows, item.get());
+    if (item && &rows == menu() && item->menu() == menu() && !item->title().empty())
+        bringHistoryTo(*item);
 }
 
 }  // namespace vantor::inline VANTOR_MODULE

@@ -10,12 +10,13 @@
 #include "Foundation/WeakHandle.h"
 #include "Shared/StatInterface.h"
 #include "Shared/VTRProcessesCallBackProtocol.h"
+#include "Targets/VantorBarCPU/Interface/StatInterfaceGPUItem.h"
 #include "Targets/VantorBarCPU/Interface/StatInterfaceProcessItem.h"
 
 namespace vantor::inline VANTOR_MODULE {
 
+class GPUStatCollectorItem;
 class StatInterfaceTextField;
-class StatInterfaceView;
 
 /// The dropdown of the processors. Its rows and submenus are built once and live as long as the
 /// module; what changes while it is open are texts and graphs. Closed, it costs next to nothing.
@@ -37,7 +38,10 @@ public:
     // News of a collector at a scale; 0 is the scale of now.
     void cpuCollectorUpdatedForMode(int mode);
     void loadCollectorUpdatedForMode(int mode);
+    void gpuCollectorUpdatedForMode(int mode);
     void forceUpdate();
+    /// The graphs of the history show the graphics processor that a row's title names, from now on.
+    void resetGraphs(const std::string& title);
     void processesUpdated(const PropertyValue::Dictionary& response) override;
 
     // In the user's words; "" for what isn't known.
@@ -55,6 +59,10 @@ public:
     VTRMenu& historyMenu() const noexcept { return *historyMenu_; }
     VTRMenu& loadMenu() const noexcept { return *loadMenu_; }
     VTRMenu& uptimeMenu() const noexcept { return *uptimeMenu_; }
+    const std::vector<std::unique_ptr<StatInterfaceGPUItem>>& gpuItems() const noexcept {
+        return gpuItems_;
+    }
+    StatInterfaceGPUItem* gpuItemWithKey(std::string_view key) const noexcept;
 
 private:
     using Item = std::shared_ptr<VTRMenuItem>;
@@ -68,16 +76,20 @@ private:
     void loadHistoryMenu();
     void loadGraphRows();
     Items mainRows();
+    void loadGPUMenu();
     void addGPURows(Items& rows);
+    void showGPU(const GPUStatCollectorItem& item, bool& rebuild);
+    bool removeMissingGPUs();
+    void bringHistoryTo(VTRMenuItem& row);
     void showShares();
     void showUptime();
-    void highlight(VTRMenu& menu, const VTRMenuItem* item);
+    void highlight(VTRMenu& rows, const Item& item);
     void setMainMenuOpen(bool isOpen);
 
     bool uptimeMenuOpen_ = false;
     std::shared_ptr<VTRMenu> coresMenu_, loadMenu_, historyMenu_, uptimeMenu_;
     Item buttonsMenuItem_;
-    Item cpuHistoryItem_, loadHistoryItem_;
+    Item cpuHistoryItem_, loadHistoryItem_, gpuMemoryHistoryItem_, gpuProcessorHistoryItem_;
     Item uptimeItem_, bootTimeItem_, sleepingItem_, awakeItem_;
     Item fpsItem_, tasksItem_, threadsItem_;
     Item coresNormalItem_, coresHyperItem_;
@@ -86,6 +98,7 @@ private:
     Item userItem_, systemItem_, idleItem_;
     Item graphItem_, graphTextItem_;
     std::vector<StatInterfaceProcessItem> processes_;
+    std::vector<std::unique_ptr<StatInterfaceGPUItem>> gpuItems_;
     WeakSource<StatInterfaceCPU> self_{*this};
 };
 

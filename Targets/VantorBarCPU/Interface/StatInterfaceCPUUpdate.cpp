@@ -105,6 +105,7 @@ void StatInterfaceCPU::forceUpdate() {
     for (int mode = 0; mode < kModes; ++mode) {
         cpuCollectorUpdatedForMode(mode);
         loadCollectorUpdatedForMode(mode);
+        gpuCollectorUpdatedForMode(mode);
     }
 }
 

@@ -2,7 +2,9 @@
 #include <iterator>
 #include <sstream>
 #include <string>
+#include <vector>
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -119,6 +121,59 @@ TEST_F(SimulatedDropdownTest, APictureIsAsLargeAsTheMenu) {
         << errors.str();
     EXPECT_EQ(Image::fromFile(folder / "out/main.png")->widthPixels(), 450);
     EXPECT_EQ(Image::fromFile(folder / "out/history.png")->widthPixels(), 324);
+}
+
+/// A machine with a graphics processor in each of `slots`.
+std::string registry(const std::vector<std::string>& slots) {
+    std::string children;
+    int id = 1;
+    for (const std::string& slot : slots) {
+        children += children.empty() ? "" : ", ";
+        children += fmt::format(
+            R"({{"id": {0}, "class": "IOPCIDevice", "name": "GFX{0}", "properties": {{
+                "IOName": "display", "AAPL,slot-name": "{2}", "model": {{"data": "QU1EIFJhZGVvbg=="}},
+                "VRAM,totalMB": 1}}, "children": [{{"id": {1}, "class": "IOAccelerator", "name":
+                "driver", "properties": {{"PerformanceStatistics": {{"vramUsedBytes": 524288,
+                "Device Utilization %": 40}}}}}}]}})",
+            id + 1, id + 2, slot);
+        id += 2;
+    }
+    return R"({"id": 1, "class": "IORegistryEntry", "name": "Root", "children": [)" + children +
+           "]}";
+}
+
+TEST_F(SimulatedDropdownTest, EachGraphicsProcessorHasASection) {
+    ASSERT_EQ(run(R"("events": [{"at": 2, "registry": )" + registry({"A", "B"}) +
+                  R"(}, {"at": 5, "open": "main"}], "outputs": [{"at": 8, "dump": "dump.json"}])"),
+              0)
+        << errors.str();
+    std::vector<std::string> rows;
+    for (std::size_t row = 11; row < 20; ++row)
+        rows.push_back(dropdown()["main"][row]["title"].get<std::string>());
+    EXPECT_THAT(rows, ElementsAre("AMD RADEON", "", "", "gpu_memory_A", "gpu_processor_A",
+                                  "AMD RADEON", "", "gpu_memory_B", "gpu_processor_B"));
+    EXPECT_EQ(dropdown()["main"][14]["graph"]["percentage"], 0.5);
+}
+
+TEST_F(SimulatedDropdownTest, TheHistoryComesToTheBarThatThePointerIsOn) {
+    ASSERT_EQ(run(R"("events": [{"at": 2, "registry": )" + registry({"A", "B"}) +
+                  R"(}, {"at": 5, "open": "main"}, {"at": 6, "open": "memory:A"},
+                     {"at": 7, "open": "memory:B"}], "outputs": [{"at": 8, "dump": "dump.json"}])"),
+              0)
+        << errors.str();
+    EXPECT_EQ(dropdown()["gpus"]["A"]["memory"].size(), 1U);
+    EXPECT_EQ(dropdown()["gpus"]["B"]["memory"].size(), 2U);
+    EXPECT_EQ(dropdown()["gpus"]["B"]["processor"].size(), 1U);
+}
+
+TEST_F(SimulatedDropdownTest, AGraphicsProcessorThatGoesTakesItsSectionAlong) {
+    ASSERT_EQ(run(R"("events": [{"at": 2, "registry": )" + registry({"A"}) +
+                  R"(}, {"at": 5, "open": "main"}, {"at": 6, "registry": )" + registry({}) +
+                  R"(}], "outputs": [{"at": 10, "dump": "dump.json"}])"),
+              0)
+        << errors.str();
+    EXPECT_EQ(dropdown()["gpus"], json::object());
+    EXPECT_EQ(dropdown()["main"].size(), 19U);
 }
 
 TEST_F(SimulatedDropdownTest, ACombinedMenuWithoutSectionsSaysSo) {
