@@ -223,7 +223,7 @@ TEST_F(StatInterfaceCPUTest, AwakeIsNeverLongerThanUp) {
     world.machine.bootTime.setBootSeconds(
         static_cast<std::int64_t>(simulated::SimulatedMachine::kStart) - 120);
     UptimeStatCollector::sharedUptimeCollector().loadUptime();
-    world.machine.processorCounters.setTicks({4, {100'000, 0, 0, 0}});
+    world.machine.processorCounters.setTicks(std::vector<ProcessorTicks>(4, {.user = 100'000}));
     interface();
     CPUStatCollector::sharedCPUCollector().updateStats();
 
