@@ -12,8 +12,6 @@
 #include "Shared/Textfields/StatInterfaceTextField.h"
 #include "Shared/Views/ImageView.h"
 #include "Shared/Views/StatInterfaceView.h"
-#include "Targets/VantorBarCPU/Classes/VTRCPUModule.h"
-#include "Targets/VantorBarCPU/Interface/StatInterfaceCPU.h"
 
 namespace vantor {
 namespace {
@@ -143,13 +141,6 @@ json menuState(VTRMenuExtra& extra, VTRMenu* menu) {
         y += size.height;
     }
     return rows;
-}
-
-const StatInterfaceCPU* interfaceOf(const VTRMenuExtra& extra) {
-    if (extra.modules() == nullptr || extra.modules()->empty())
-        return nullptr;
-    const auto* const module = dynamic_cast<const VTRCPUModule*>(extra.modules()->front().get());
-    return module != nullptr ? module->interface() : nullptr;
 }
 
 bool isEnabled(const VTRMenuExtra& extra) {

@@ -6,19 +6,11 @@
 #include "Shared/Buttons/StatInterfaceButton.h"
 #include "Shared/Views/StatInterfaceView.h"
 #include "Targets/VantorBarCPU/Classes/VTRCPUModule.h"
-#include "Targets/VantorBarCPU/Interface/StatInterfaceCPU.h"
 
 namespace vantor {
 namespace {
 
 constexpr std::int64_t kPress = 1;  // both ends of one
-
-StatInterfaceCPU* interfaceOf(const VTRMenuExtra& extra) {
-    if (extra.modules() == nullptr || extra.modules()->empty())
-        return nullptr;
-    const auto* const module = dynamic_cast<const VTRCPUModule*>(extra.modules()->front().get());
-    return module != nullptr ? module->interface() : nullptr;
-}
 
 struct NamedMenu {
     std::string name;
@@ -66,6 +58,13 @@ std::shared_ptr<VTRMenuItem> rowFor(VTRMenuExtra& extra, VTRMenu& menu, std::str
 }
 
 }  // namespace
+
+StatInterfaceCPU* interfaceOf(const VTRMenuExtra& extra) {
+    if (extra.modules() == nullptr || extra.modules()->empty())
+        return nullptr;
+    const auto* const module = dynamic_cast<const VTRCPUModule*>(extra.modules()->front().get());
+    return module != nullptr ? module->interface() : nullptr;
+}
 
 VTRMenu* menuNamed(VTRMenuExtra& extra, std::string_view name) {
     if (name == "main")

@@ -7,8 +7,12 @@
 
 #include "Hosts/Offscreen/OffscreenMenu.h"
 #include "Shared/VTRMenuExtra.h"
+#include "Targets/VantorBarCPU/Interface/StatInterfaceCPU.h"
 
 namespace vantor {
+
+/// What puts an extra's dropdown together; null before its module is set up, and after it ended.
+StatInterfaceCPU* interfaceOf(const VTRMenuExtra& extra);
 
 /// A menu of an extra, by the name under which scenarios, dumps and pictures know it: "main",
 /// "cores", "history", "load" or "uptime". Null where the extra has no such menu now.

@@ -158,9 +158,13 @@ TEST_F(StatInterfaceCPUTest, ClosedOnlyTheCombinedGraphIsPaintedAnew) {
 
 TEST_F(StatInterfaceCPUTest, AModeWithoutAGraphDoesNothing) {
     open();
+    const std::string shown = legendText("user");
+    setShares(50, 10);
 
     interface().cpuCollectorUpdatedForMode(4);
     interface().loadCollectorUpdatedForMode(4);
+
+    EXPECT_EQ(legendText("user"), shown);
 }
 
 TEST_F(StatInterfaceCPUTest, OpeningAsksTheDaemonAndClosingEndsThat) {
