@@ -31,11 +31,12 @@ public:
     double scale() const noexcept { return shown().scale(); }
     const Painting::ImageSurface& shown() const noexcept { return surfaces_[0]; }
 
-    /// Has `paint` paint all of it, over what was there two paints ago, and answers what changed:
-    /// everything where it has another size now.
+    /// Has `paint` paint all of it, over nothing, and answers what changed: everything where it has
+    /// another size now.
     template <class Paint>
     PixelRect repaint(Size size, Paint&& paint) {
         const bool resized = resize(size);
+        surfaces_[1].clear();
         {
             Painting::Context context = surfaces_[1].context();
             std::forward<Paint>(paint)(context);

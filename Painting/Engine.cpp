@@ -2,15 +2,13 @@
 
 #include <filesystem>
 #include <string>
-#include <system_error>
 
 #include <dlfcn.h>
-#include <link.h>
+
+#include "Foundation/OwnFile.h"
 
 namespace vantor::Painting {
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr const char* kFile = "libvantor-painting.so";
 
@@ -35,18 +33,6 @@ public:
     void close(_cairo*) noexcept override {}
     bool writePNG(_cairo*, const char*) noexcept override { return false; }
 };
-
-/// The program or the plug-in that this code is part of.
-fs::path ownFile() {
-    static const char inside = 0;
-    Dl_info info{};
-    void* extra = nullptr;
-    std::error_code none;
-    if (dladdr1(&inside, &info, &extra, RTLD_DL_LINKMAP) != 0)
-        if (const auto* const object = static_cast<const link_map*>(extra); *object->l_name != 0)
-            return object->l_name;
-    return fs::read_symlink("/proc/self/exe", none);  // the program itself has no name there
-}
 
 class OpenedEngine {
 public:

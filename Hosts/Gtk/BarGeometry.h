@@ -17,10 +17,11 @@ enum class BarEdge : std::uint8_t { top, bottom };
 enum class ItemSide : std::uint8_t { right, left };
 
 /// Where the item stands in a bar of that size: as high as the bar, on whole points.
-inline Rect itemFrame(Size bar, ItemSide side, double length) noexcept {
-    const double room = std::max(0.0, bar.width - 2 * kItemMargin);
+inline Rect itemFrame(Size bar, ItemSide side, double length,
+                      double margin = kItemMargin) noexcept {
+    const double room = std::max(0.0, bar.width - 2 * margin);
     const double width = std::clamp(std::ceil(length), 0.0, room);
-    const double x = side == ItemSide::right ? bar.width - kItemMargin - width : kItemMargin;
+    const double x = side == ItemSide::right ? bar.width - margin - width : margin;
     return {x, 0, width, bar.height};
 }
 

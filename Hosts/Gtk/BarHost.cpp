@@ -116,7 +116,7 @@ void BarHost::paintFaces() {
     for (Face& face : faces_) {
         menuDown_ = face.menuDown;
         face.changed = face.picture.repaint(size, [&](Painting::Context& context) {
-            context.fill(Rect{0, 0, size.width, size.height}, shownDark_ ? kDarkBar : kLightBar);
+            paintBackdrop(context, size);
             if (view == nullptr)
                 return;
             // One of them tells how wide the item is: rounding mustn't make it waver.
@@ -157,12 +157,17 @@ void BarHost::paint(_cairo* cairo, BarID bar, Size size) noexcept {
     const Face* const face = shown != shownBars_.end() ? faceOf(*shown) : nullptr;
     Painting::Context context(cairo, size, face != nullptr ? face->picture.scale() : 1,
                               Painting::Origin::lowerLeft);
-    context.fill(Rect{0, 0, size.width, size.height}, shownDark_ ? kDarkBar : kLightBar);
+    paintBackdrop(context, size);
     if (face == nullptr)
         return;
-    const Rect frame = itemFrame(size, options_.side, shownLength_);
+    const Rect frame = itemFrame(size, options_.side, shownLength_, options_.margin);
     context.clip(frame);
     context.drawImage(face->picture.shown(), Point{frame.x, 0});
+}
+
+void BarHost::paintBackdrop(Painting::Context& context, Size size) const noexcept {
+    if (options_.backdrop == BarBackdrop::own)
+        context.fill(Rect{0, 0, size.width, size.height}, shownDark_ ? kDarkBar : kLightBar);
 }
 
 void BarHost::itemPressed(BarID bar) noexcept {

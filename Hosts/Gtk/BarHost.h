@@ -60,6 +60,7 @@ private:
     void fitFaces();
     void paintFaces();
     void showChanges();
+    void paintBackdrop(Painting::Context& context, Size size) const noexcept;
     static bool shows(const Bar& bar, const Face& face) noexcept;
     const Face* faceOf(const Bar& bar) const noexcept;
 

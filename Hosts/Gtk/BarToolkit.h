@@ -17,11 +17,16 @@ namespace vantor {
 /// What the bars' windows are made with.
 enum class DisplaySystem : std::uint8_t { wayland, x11 };
 
+/// What lies under the item: a colour of ours, or what somebody else painted there.
+enum class BarBackdrop : std::uint8_t { own, foreign };
+
 struct BarOptions {
     BarEdge edge = BarEdge::top;
     ItemSide side = ItemSide::right;
     std::string monitor;  // its number, from 0, or its name; "" for all of them
     std::string title;    // of the windows
+    BarBackdrop backdrop = BarBackdrop::own;
+    double margin = kItemMargin;  // between the item and the end of its bar
 };
 
 /// A bar for as long as its monitor is there; a number is never used again.

@@ -7,6 +7,8 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include "Foundation/OwnFile.h"
+
 namespace vantor {
 namespace {
 
@@ -48,9 +50,7 @@ fs::path resourcesBeside(const fs::path& program, const fs::path& otherwise) {
 }  // namespace
 
 DirectorySources DirectorySources::ofThisProcess(fs::path uninstalledResources) {
-    std::error_code unreadable;  // leaves the path empty
-    return {processEnvironment(), homeOfAccount, fs::read_symlink("/proc/self/exe", unreadable),
-            std::move(uninstalledResources)};
+    return {processEnvironment(), homeOfAccount, ownFile(), std::move(uninstalledResources)};
 }
 
 LinuxDirectories::LinuxDirectories(const DirectorySources& sources)

@@ -122,6 +122,12 @@ void LinuxMainQueue::runOnce(double maximumSeconds) {
         afterCalls_();
 }
 
+LinuxMainQueue::Wait LinuxMainQueue::prepareToWait() {
+    if (watchesChanged_)
+        gatherPolled();
+    return {polled_, prepareToSleep(nanosecondsOf(kForever))};
+}
+
 void LinuxMainQueue::stop() noexcept {
     stops_ = true;
     const int error = errno;          // a signal handler leaves it as it was

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <span>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -29,6 +30,12 @@ class LinuxMainQueue final : public MainQueue {
 public:
     static constexpr std::int64_t kLeewayNanoseconds = 1'000'000;
     static constexpr double kForever = 1e9;
+
+    /// What a loop of somebody else waits for in the queue's place.
+    struct Wait {
+        std::span<const pollfd> descriptors;  // good until the queue runs
+        std::int64_t nanoseconds;             // at most, from now on
+    };
 
     /// Told what poll(2) saw, with POLLERR, POLLHUP and POLLNVAL unasked.
     using DescriptorCallback = std::function<void(short events)>;
@@ -77,6 +84,9 @@ public:
     /// Sleeps until there is something to do, but not for longer than `maximumSeconds`, and does
     /// all of it.
     void runOnce(double maximumSeconds);
+    /// For a loop of somebody else, in a program that is theirs: what it waits for before it calls
+    /// `runOnce` with 0. Belongs before each sleep; a call that comes later ends the wait.
+    Wait prepareToWait();
     /// Ends `run` after the call that is running now. Safe in a signal handler.
     void stop() noexcept;
 

@@ -50,6 +50,9 @@ public:
     /// Hosts with a frame clock tell it of their frames.
     LinuxWindowServer& windowServer() noexcept { return windowServer_; }
     BusConnection& sessionBus() noexcept { return buses_.session; }
+    LinuxDistributedNotifications& distributedNotifications() noexcept {
+        return distributedNotifications_;
+    }
 
 private:
     // What comes later uses what came before, and is gone before it. The work queues go first:
