@@ -1,11 +1,9 @@
 #include "Painting/Engine.h"
 
-#include <filesystem>
 #include <string>
+#include <utility>
 
-#include <dlfcn.h>
-
-#include "Foundation/OwnFile.h"
+#include "Foundation/OwnModule.h"
 
 namespace vantor::Painting {
 namespace {
@@ -45,20 +43,10 @@ public:
 
 private:
     OpenedEngine() noexcept {
-        // Beside this code, or else where its run path and the system's folders say.
-        if (open((ownFile().parent_path() / kFile).c_str()) || open(kFile))
-            trouble_.clear();
-    }
-
-    bool open(const char* file) noexcept {
-        // Never closed: Pango's types can't be registered a second time.
-        void* const object = dlopen(file, RTLD_NOW | RTLD_LOCAL);
-        void* const entry = object != nullptr ? dlsym(object, kEngineEntry) : nullptr;
-        if (entry != nullptr)
-            engine_ = reinterpret_cast<EngineEntry>(entry)();
-        else if (const char* const why = dlerror(); why != nullptr && trouble_.empty())
-            trouble_ = why;
-        return entry != nullptr;
+        OwnModule module = openOwnModule(kFile, kEngineEntry);
+        trouble_ = std::move(module.trouble);
+        if (module.entry != nullptr)
+            engine_ = reinterpret_cast<EngineEntry>(module.entry)();
     }
 
     SilentEngine silent_;

@@ -24,11 +24,9 @@ target_compile_definitions(vantor_panel PRIVATE
                            VANTOR_RESOURCES_DIR="${CMAKE_BINARY_DIR}/share/vantor-bar")
 
 # What all plug-ins need to find it.
-add_library(vantor_panel_library STATIC Hosts/Panel/PanelLibrary.cpp Foundation/OwnFile.cpp)
+add_library(vantor_panel_library STATIC Hosts/Panel/PanelLibrary.cpp Foundation/OwnModule.cpp)
 target_link_libraries(vantor_panel_library PUBLIC vantor_options PkgConfig::GTK_ALONE
                       ${CMAKE_DL_LIBS})
-target_compile_definitions(vantor_panel_library PRIVATE
-                           VANTOR_PRIVATE_LIBRARY_DIR="${VANTOR_PRIVATE_LIBRARY_DIR}")
 
 add_custom_target(vantor_panels ALL DEPENDS vantor_panel)
 
@@ -37,7 +35,9 @@ function(vantor_plugin NAME)
     cmake_parse_arguments(PLUGIN "" "OUTPUT_NAME" "SOURCES;LINK" ${ARGN})
     add_library(${NAME} MODULE ${PLUGIN_SOURCES})
     set_target_properties(${NAME} PROPERTIES OUTPUT_NAME ${PLUGIN_OUTPUT_NAME}
-                          LIBRARY_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+                          LIBRARY_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}
+                          BUILD_RPATH ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}
+                          INSTALL_RPATH ${VANTOR_PRIVATE_LIBRARY_DIR})
     target_link_libraries(${NAME} PRIVATE vantor_panel_library ${PLUGIN_LINK})
     add_dependencies(vantor_panels ${NAME})
 endfunction()

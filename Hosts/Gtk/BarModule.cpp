@@ -1,37 +1,22 @@
 #include "Hosts/Gtk/BarModule.h"
 
-#include <filesystem>
 #include <string>
-#include <system_error>
+#include <utility>
 
-#include <dlfcn.h>
-
+#include "Foundation/OwnModule.h"
 #include "Hosts/Gtk/BarToolkit.h"
 
 namespace vantor {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr const char* kFile = "libvantor-gtk.so";
 
 struct OpenedModule {
     OpenedModule() {
-        std::error_code none;
-        const fs::path program = fs::read_symlink("/proc/self/exe", none);
-        // Beside the program, or else where its run path and the system's folders say.
-        if (open((program.parent_path() / kFile).c_str()) || open(kFile))
-            trouble.clear();
-    }
-
-    bool open(const char* file) {
-        void* const object = dlopen(file, RTLD_NOW | RTLD_LOCAL);
-        void* const entry = object != nullptr ? dlsym(object, kBarToolkitEntry) : nullptr;
-        if (entry != nullptr)
-            toolkit = reinterpret_cast<BarToolkitEntry>(entry)();
-        else if (const char* const why = dlerror(); why != nullptr && trouble.empty())
-            trouble = why;
-        return entry != nullptr;
+        OwnModule module = openOwnModule(kFile, kBarToolkitEntry);
+        trouble = std::move(module.trouble);
+        if (module.entry != nullptr)
+            toolkit = reinterpret_cast<BarToolkitEntry>(module.entry)();
     }
 
     BarToolkit* toolkit = nullptr;

@@ -7,7 +7,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
-#include "Foundation/OwnFile.h"
+#include "Foundation/OwnModule.h"
 
 namespace vantor {
 namespace {

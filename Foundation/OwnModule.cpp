@@ -1,0 +1,45 @@
+#include "Foundation/OwnModule.h"
+
+#include <system_error>
+
+#include <dlfcn.h>
+#include <link.h>
+
+namespace vantor {
+namespace {
+
+namespace fs = std::filesystem;
+
+OwnModule opened(const char* file, const char* entryName) {
+    void* const object = dlopen(file, RTLD_NOW | RTLD_LOCAL);
+    void* const entry = object != nullptr ? dlsym(object, entryName) : nullptr;
+    if (entry != nullptr)
+        return {entry, ""};
+    const char* const why = dlerror();
+    return {nullptr, why != nullptr ? why : "has no entry"};
+}
+
+}  // namespace
+
+fs::path ownFile() {
+    static const char inside = 0;
+    Dl_info info{};
+    void* extra = nullptr;
+    std::error_code none;
+    if (dladdr1(&inside, &info, &extra, RTLD_DL_LINKMAP) != 0)
+        if (const auto* const object = static_cast<const link_map*>(extra); *object->l_name != 0)
+            return object->l_name;
+    return fs::read_symlink("/proc/self/exe", none);  // the program itself has no name there
+}
+
+OwnModule openOwnModule(const char* file, const char* entryName) {
+    const fs::path beside = ownFile().parent_path() / file;
+    std::error_code unreadable;  // as good as missing
+    if (!fs::exists(beside, unreadable))
+        return opened(file, entryName);
+    const OwnModule first = opened(beside.c_str(), entryName);
+    const OwnModule second = first.entry != nullptr ? first : opened(file, entryName);
+    return second.entry != nullptr ? second : first;
+}
+
+}  // namespace vantor
