@@ -40,11 +40,21 @@ std::optional<fs::path> homeOfAccount() {
     return std::nullopt;
 }
 
-fs::path resourcesBeside(const fs::path& program, const fs::path& otherwise) {
-    const fs::path installed =
-        (program.parent_path() / ".." / "share" / "vantor-bar").lexically_normal();
-    std::error_code unreadable;  // as good as missing
-    return !program.empty() && fs::is_directory(installed, unreadable) ? installed : otherwise;
+bool holdsPrograms(const fs::path& folder) {
+    const std::string name = folder.filename();
+    return name == "bin" || name.starts_with("lib");  // lib64 and libexec are as good
+}
+
+/// In share/vantor-bar of the prefix: what has the bin or the lib that the program is below.
+fs::path resourcesOf(const fs::path& program, const fs::path& otherwise) {
+    for (fs::path folder = program.parent_path(); folder.has_relative_path();
+         folder = folder.parent_path()) {
+        const fs::path resources = folder.parent_path() / "share" / "vantor-bar";
+        std::error_code unreadable;  // as good as missing
+        if (holdsPrograms(folder) && fs::is_directory(resources, unreadable))
+            return resources;
+    }
+    return otherwise;
 }
 
 }  // namespace
@@ -58,7 +68,7 @@ LinuxDirectories::LinuxDirectories(const DirectorySources& sources)
       data_(absolute(sources.environment("XDG_DATA_HOME"))),
       state_(absolute(sources.environment("XDG_STATE_HOME"))),
       configuration_(absolute(sources.environment("XDG_CONFIG_HOME"))),
-      resources_(resourcesBeside(sources.program, sources.uninstalledResources)) {
+      resources_(resourcesOf(sources.program, sources.uninstalledResources)) {
     if (!home_)
         home_ = sources.accountHome();
     if (!data_)

@@ -188,7 +188,7 @@ Diagnosis painting(const MachineFacts& facts) {
     if (facts.paintingTrouble.empty())
         return {kFine, "pictures and texts can be painted"};
     return {kLimited, fmt::format("{}; the item shows as text only", facts.paintingTrouble),
-            "install the program again: libvantor-painting.so belongs beside it"};
+            "install the program again, with its libvantor-painting.so"};
 }
 
 Diagnosis terminal(const MachineFacts& facts) {

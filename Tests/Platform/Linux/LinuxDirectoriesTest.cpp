@@ -110,6 +110,14 @@ TEST(LinuxDirectoriesTest, ResourcesOfAnInstalledProgramAreBesideIt) {
     EXPECT_EQ(LinuxDirectories(sources).resources(), folder / "share/vantor-bar");
 }
 
+TEST(LinuxDirectoriesTest, ResourcesOfAnInstalledPlugInAreBelowTheSamePrefix) {
+    const test::TemporaryFolder folder;
+    fs::create_directories(folder / "share/vantor-bar");
+    auto sources = sourcesOf({});
+    sources.program = folder / "lib/x86_64-linux-gnu/panel/plugins/libplugin.so";
+    EXPECT_EQ(LinuxDirectories(sources).resources(), folder / "share/vantor-bar");
+}
+
 TEST(LinuxDirectoriesTest, ResourcesOfOneThatIsNotAreWhereItWasBuilt) {
     const test::TemporaryFolder folder;
     auto sources = sourcesOf({});
