@@ -69,18 +69,31 @@ std::runtime_error noBars(const BarChoice& choice) {
                                   : std::string(trouble));
 }
 
+std::runtime_error noBarsAtAll() {
+    for (const BarChoice& choice : kBarChoices)
+        if (isSet(choice.variable))
+            return noBars(choice);
+    return std::runtime_error("there is no display: neither WAYLAND_DISPLAY nor DISPLAY is set");
+}
+
+/// Any kind of bar, and nothing else.
+constexpr std::string_view kAnyBar = "bar";
+
 /// Null where text is shown, because it is wanted or because there is nothing better. Throws
 /// where there are no bars of the kind that was named.
 BarToolkit* toolkitFor(const RunArguments& arguments) {
+    const bool anyBar = arguments.host == kAnyBar;
     for (const BarChoice& choice : kBarChoices) {
         const bool named = arguments.host == choice.host;
-        if (!named && (!arguments.host.empty() || arguments.json))
+        if (!named && !anyBar && (!arguments.host.empty() || arguments.json))
             continue;
         if (BarToolkit* const toolkit = openToolkit(choice))
             return toolkit;
         if (named)
             throw noBars(choice);
     }
+    if (anyBar)
+        throw noBarsAtAll();
     return nullptr;
 }
 
@@ -110,9 +123,9 @@ void addRunCommand(CLI::App& app, int& exitStatus) {
     const auto arguments = std::make_shared<RunArguments>();
     CLI::App* run = app.add_subcommand("run", "Measure and show, until q or Ctrl-C");
     run->add_option("--host", arguments->host,
-                    "What shows it: a bar on wayland, else on x11, else text; offscreen paints it "
-                    "for nobody, none only measures")
-        ->check(CLI::IsMember({"wayland", "x11", "text", "offscreen", "none"}))
+                    "What shows it: a bar on wayland, else on x11, else text; bar is either of "
+                    "the first two, offscreen paints for nobody, none only measures")
+        ->check(CLI::IsMember({"wayland", "x11", "bar", "text", "offscreen", "none"}))
         ->type_name("NAME");
     CLI::Option* json = run->add_flag("--json", arguments->json, "A line of JSON for each sample");
     run->add_option("--count", arguments->count, "End after that many samples")

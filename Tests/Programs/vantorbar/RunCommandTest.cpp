@@ -180,6 +180,13 @@ TEST(RunCommandTest, WrongUsageIsOneLineAndTheUsage) {
     }
 }
 
+TEST(RunCommandTest, BarThatIsWantedNeedsADisplay) {
+    RunningProgram program({"run", "--host", "bar"});  // whose environment names none
+    EXPECT_EQ(program.rest(),
+              "vantorbar: there is no display: neither WAYLAND_DISPLAY nor DISPLAY is set\n");
+    EXPECT_EQ(program.status(), 1);
+}
+
 TEST(RunCommandTest, HelpAndVersionAreNoMistakes) {
     RunningProgram help({"--help"});
     EXPECT_THAT(help.rest(), HasSubstr("Usage: vantorbar "));
