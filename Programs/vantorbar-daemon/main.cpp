@@ -66,21 +66,29 @@ bool serve() {
     return bus.open() && !isTaken;
 }
 
-int complain(std::string_view argument) {
-    fmt::print(stderr, "{}: what is {}?\nUsage: {} [--version]\n", kName, argument, kName);
-    return kWrongUsage;
+constexpr const char* kUsage = "Usage: vantorbar-daemon [--help | --version]";
+
+/// The status to end with: it takes a single word, and only to tell about itself.
+int answer(std::string_view argument) {
+    if (argument == "--version")
+        fmt::print("{} {}\n", kName, VANTOR_VERSION);
+    else if (argument == "--help")
+        fmt::print("Lists the busiest processes for those who ask on the message bus, which starts "
+                   "it.\n{}\n",
+                   kUsage);
+    else {
+        fmt::print(stderr, "{}: what is {}?\n{}\n", kName, argument, kUsage);
+        return kWrongUsage;
+    }
+    return 0;
 }
 
 }  // namespace
 }  // namespace vantor
 
 int main(int argc, char** argv) {
-    if (argc > 1 && std::string_view(argv[1]) != "--version")
-        return vantor::complain(argv[1]);
-    if (argc > 1) {
-        fmt::print("{} {}\n", vantor::kName, VANTOR_VERSION);
-        return 0;
-    }
+    if (argc > 1)
+        return vantor::answer(argv[1]);
     try {
         vantor::returnLargeBlocks();
         return vantor::serve() ? 0 : 1;
