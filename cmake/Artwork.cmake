@@ -5,7 +5,7 @@ find_program(RSVG_CONVERT rsvg-convert REQUIRED)  # package librsvg2-bin
 
 set(VANTOR_SHARE_DIR ${CMAKE_BINARY_DIR}/share/vantor-bar)
 set(VANTOR_BUNDLE_DIR ${VANTOR_SHARE_DIR}/VantorBar.bundle)
-set(VANTOR_ICON_DIR ${CMAKE_BINARY_DIR}/share/icons/hicolor/scalable/apps)
+set(VANTOR_ICON_DIR ${CMAKE_BINARY_DIR}/share/icons/hicolor)
 file(MAKE_DIRECTORY ${VANTOR_BUNDLE_DIR})
 
 # Rasterises DRAWING into the bundle; the names of the images are added to the list IMAGES.
@@ -51,6 +51,18 @@ foreach(table ${tables})
     vantor_copy(${table} ${VANTOR_SHARE_DIR}/${table} copies)
 endforeach()
 vantor_copy(citymap.plist ${VANTOR_BUNDLE_DIR}/citymap.plist copies)
-vantor_copy(Artwork/vantor-bar-cpu.svg ${VANTOR_ICON_DIR}/vantor-bar-cpu.svg copies)
+
+# The program's own icon, for menus, in the sizes that they ask for.
+set(icon ${CMAKE_SOURCE_DIR}/Resources/Artwork/vantor-bar-cpu.svg)
+vantor_copy(Artwork/vantor-bar-cpu.svg ${VANTOR_ICON_DIR}/scalable/apps/vantor-bar-cpu.svg copies)
+foreach(size 16 22 24 32 48 64 128 256)
+    set(folder ${VANTOR_ICON_DIR}/${size}x${size}/apps)
+    add_custom_command(OUTPUT ${folder}/vantor-bar-cpu.png DEPENDS ${icon} VERBATIM
+                       COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}
+                       COMMAND ${RSVG_CONVERT} --width ${size} --height ${size}
+                               --output ${folder}/vantor-bar-cpu.png ${icon}
+                       COMMENT "Rasterising the icon at ${size} pixels")
+    list(APPEND images ${folder}/vantor-bar-cpu.png)
+endforeach()
 
 add_custom_target(vantor_artwork ALL DEPENDS ${images} ${copies})
