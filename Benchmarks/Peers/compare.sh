@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
-# Usage: compare.sh SECONDS FOLDER [TABLE]
-# Runs bars that others made, and ours from FOLDER, one after the other and each on an X server of
-# its own, at a sample a second and with a graph of about the same size. Prints what each cost, all
-# its processes together, and writes that to TABLE.
+# Usage: compare.sh SECONDS FOLDER DOCUMENT
+# Runs bars that others made, and ours from FOLDER, one after the other and each on a display of its
+# own, at a sample a second and with a graph of about the same size. Prints what each cost, all its
+# processes together, and writes that to DOCUMENT.
 set -euo pipefail
 here=$(dirname "$(readlink -f "$0")")
-seconds=$1 folder=$(readlink -f "$2") table=${3:-}
-packages=(xfce4-panel xfce4-cpugraph-plugin polybar conky-std openbox xfconf dbus)
+seconds=$1 folder=$(readlink -f "$2") document=$3
+packages=(xfce4-panel xfce4-cpugraph-plugin polybar conky-std openbox xfconf dbus sway waybar
+    fonts-dejavu-core)
 
 missing=()
 for package in "${packages[@]}"; do
@@ -25,7 +26,7 @@ channels=$home/.config/xfce4/xfconf/xfce-perchannel-xml
 mkdir -p "$channels" "$home/.config/xfce4/panel" "$home/runtime"
 cp "$here/xfce4-panel.xml" "$channels"
 cp "$here/cpugraph-1.rc" "$home/.config/xfce4/panel"
-unset WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS XDG_CONFIG_DIRS
+unset WAYLAND_DISPLAY DISPLAY DBUS_SESSION_BUS_ADDRESS XDG_CONFIG_DIRS
 export HOME=$home XDG_CONFIG_HOME=$home/.config XDG_RUNTIME_DIR=$home/runtime NO_AT_BRIDGE=1
 export TERM=xterm-256color
 "$folder/vantorbar" prefs set TimerFrequency 2
@@ -47,28 +48,56 @@ measure() {
     wait "$manager" "$server" 2>/dev/null || true
     return "$status"
 }
-cost() { measure "$folder/vantor_tree_cost" "$seconds" "$@"; }
-on_a_bus() { measure dbus-run-session -- "$folder/vantor_tree_cost" "$seconds" "$@"; }
 
+# The same with a Wayland compositor, which won't run as root.
+measure_wayland() {
+    local place compositor status=0 as_nobody=()
+    place=$(mktemp -d "$home/wayland.XXXX")
+    printf 'output HEADLESS-1 resolution 1280x800\nseat seat0 fallback true\nxwayland disable\n' \
+        >"$place/configuration"
+    if [ "$(id -u)" -eq 0 ]; then
+        as_nobody=(setpriv --reuid=65534 --regid=65534 --clear-groups)
+        chmod a+x "$home" && chown -R 65534:65534 "$place"
+    fi
+    "${as_nobody[@]}" env HOME="$place" XDG_RUNTIME_DIR="$place" WLR_BACKENDS=headless \
+        WLR_LIBINPUT_NO_DEVICES=1 WLR_RENDERER=pixman sway -c "$place/configuration" \
+        >/dev/null 2>&1 &
+    compositor=$!
+    until [ -S "$place/wayland-1" ]; do sleep 0.05; done
+    sleep 0.5
+    WAYLAND_DISPLAY=$place/wayland-1 "$@" || status=$?
+    kill "$compositor" 2>/dev/null || true
+    wait "$compositor" 2>/dev/null || true
+    return "$status"
+}
+
+cost=("$folder/vantor_tree_cost" "$seconds")
 {
-    cost "ours, bar on X11" "$folder/vantorbar" run --host x11
-    cost "ours, offscreen" "$folder/vantorbar" run --host offscreen
-    cost "ours, text" "$folder/vantorbar" run --host text
-    on_a_bus "xfce4-panel with cpugraph" xfce4-panel --disable-wm-check
-    cost "polybar" polybar -q -c "$here/polybar.ini" peer
-    cost "conky" conky -q -c "$here/conky.conf"
+    measure "${cost[@]}" "ours, bar on X11" "$folder/vantorbar" run --host x11
+    measure_wayland "${cost[@]}" "ours, bar on Wayland" "$folder/vantorbar" run --host wayland
+    measure "${cost[@]}" "ours, offscreen" "$folder/vantorbar" run --host offscreen
+    measure "${cost[@]}" "ours, text" "$folder/vantorbar" run --host text
+    measure dbus-run-session -- "${cost[@]}" "xfce4-panel with cpugraph" xfce4-panel --disable-wm-check
+    measure "${cost[@]}" "polybar" polybar -q -c "$here/polybar.ini" peer
+    measure "${cost[@]}" "conky" conky -q -c "$here/conky.conf"
+    measure_wayland dbus-run-session -- "${cost[@]}" "waybar" \
+        waybar -c "$here/waybar.json" -s "$here/waybar.css"
 } >"$home/figures"
 
-awk -F '\t' -v seconds="$seconds" -v load="$(cut -d ' ' -f 1 /proc/loadavg)" '
+awk -F '\t' -v seconds="$seconds" -v load="$(cut -d ' ' -f 1 /proc/loadavg)" \
+    -v day="$(date -u +%F)" -v cpus="$(nproc)" '
     BEGIN {
-        printf "Over %d seconds each; the load of the machine at the end was %s\n\n", seconds, load
-        printf "%-26s %9s %6s %7s %7s %8s %9s %9s %8s %6s\n", "", "CPU s/min", "ratio", "RSS MiB",
-               "PSS MiB", "own MiB", "vol sw/s", "inv sw/s", "KiB out", "RSS x"
+        print "# What it costs beside others\n"
+        print "Written by `./bench.sh --peers`; `Documentation/Measuring.md` tells what the columns mean.\n"
+        printf "%s, over %d seconds each, on %d processors; the load at the end was %s.\n\n", day,
+               seconds, cpus, load
+        print "| | CPU s/min | of ours | RSS MiB | PSS MiB | own MiB | vol sw/s | inv sw/s | KiB out |"
+        print "|---|--:|--:|--:|--:|--:|--:|--:|--:|"
     }
-    NR == 1 { cpu = $2; rss = $3 }
+    NR == 1 { cpu = $2 }
     {
-        printf "%-26s %9.4f %6.2f %7.1f %7.1f %8.1f %9.2f %9.2f %8d %6.2f\n", $1, $2, $2 / cpu, $3,
-               $4, $5, $6, $7, $8, $3 / rss
-    }' "$home/figures" >"$home/table"
-cat "$home/table"
-[ -z "$table" ] || cp "$home/table" "$table"
+        printf "| %s | %.4f | %.2f | %.1f | %.1f | %.1f | %.2f | %.2f | %d |\n", $1, $2, $2 / cpu,
+               $3, $4, $5, $6, $7, $8
+    }' "$home/figures" >"$home/document"
+cat "$home/document"
+cp "$home/document" "$document"
