@@ -25,6 +25,7 @@ public:
     void updateColors() override { setNeedsDisplay(); }
     void mouseDown(std::int64_t eventNumber) override;
     void mouseUp(std::int64_t eventNumber) override;
+    void mouseExited() override { setHighlighted(false); }
 
 protected:
     void draw(Painting::Context& context) override;

@@ -39,6 +39,12 @@ Span resized(const Span& span, double oldLength, double newLength, const Flexibl
     return {span.begin + share(0), span.length + share(1)};
 }
 
+/// Views without area touch all: they have nothing to paint, and no longer wait for it.
+bool touches(const Rect& reached, const Rect& view) noexcept {
+    return view.x < reached.x + reached.width && reached.x < view.x + view.width &&
+           view.y < reached.y + reached.height && reached.y < view.y + view.height;
+}
+
 }  // namespace
 
 View::~View() {
@@ -139,7 +145,10 @@ void View::display(Painting::Context& context) {
     if (hidden_ || !(frame_.width > 0) || !(frame_.height > 0))
         return;
     draw(context);
+    const Rect reached = context.clipBounds();
     for (const std::shared_ptr<View>& view : subviews_) {
+        if (!touches(reached, view->frame_))
+            continue;  // most of what a small part of a large picture holds
         Painting::Context inside(context, view->frame_, view->origin());
         view->display(inside);
     }

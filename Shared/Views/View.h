@@ -96,6 +96,8 @@ public:
     // The pointer, in this view. A press and its release share the event's number.
     virtual void mouseDown(std::int64_t /*eventNumber*/) {}
     virtual void mouseUp(std::int64_t /*eventNumber*/) {}
+    /// A press left the view: unless it comes back, with another `mouseDown`, there is no release.
+    virtual void mouseExited() {}
 
     /// The innermost view at a point of this view's own coordinates; null outside.
     View* hitTest(Point point);
