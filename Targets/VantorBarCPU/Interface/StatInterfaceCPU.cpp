@@ -70,7 +70,12 @@ StatInterfaceCPU::StatInterfaceCPU() {
         graphRow<CPUGraph>(graphRect(kWidth, 50, 10, 5), CPUStatCollector::sharedCPUCollector()));
 }
 
-StatInterfaceCPU::~StatInterfaceCPU() = default;
+/// A host that still shows them has menus live a little longer; they have nobody to tell then.
+StatInterfaceCPU::~StatInterfaceCPU() {
+    for (VTRMenu* const each : {menu(), coresMenu_.get(), loadMenu_.get(), historyMenu_.get(),
+                                uptimeMenu_.get()})
+        each->setDelegate(nullptr);
+}
 
 void StatInterfaceCPU::loadInterface() {
     fpsItem_ = createComboTextMenuItem(text("Frames Per Second"), "12345", 0, kTallTextHeight);
