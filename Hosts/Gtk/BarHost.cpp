@@ -10,6 +10,7 @@
 #include "Foundation/Colour.h"
 #include "Painting/Context.h"
 #include "Shared/MenuExtra.h"
+#include "Shared/ProcessContext.h"
 #include "Shared/VTRPreferences.h"
 #include "Shared/Views/VTRMenuExtraView.h"
 
@@ -44,13 +45,15 @@ Rect pointsOf(const PixelRect& pixels, double scale) noexcept {
 }  // namespace
 
 BarHost::BarHost(BarToolkit& toolkit, BarOptions options)
-    : toolkit_(toolkit), options_(std::move(options)) {
+    : toolkit_(toolkit), options_(std::move(options)),
+      menus_(ProcessContext::current().ports().mainQueue, [this] { setMenuBar(BarID::none); }) {
     if (!toolkit_.show(options_, *this)) {
         toolkit_.hide();
         throw std::runtime_error(fmt::format("there is no monitor {}", options_.monitor));
     }
 }
 
+/// Which closes the menu, or leaves it to a display that is gone.
 BarHost::~BarHost() { toolkit_.hide(); }
 
 void BarHost::setLength(double length) {
@@ -74,6 +77,7 @@ void BarHost::drawMenuBackground(Painting::Context& context) {
 
 void BarHost::willUnload() {
     ItemHost::willUnload();
+    closeMenu();
     needsDisplay_ = false;
 }
 
@@ -171,16 +175,34 @@ void BarHost::paintBackdrop(Painting::Context& context, Size size) const noexcep
 }
 
 void BarHost::itemPressed(BarID bar) noexcept {
-    menuBar_ = menuBar_ == bar ? BarID::none : bar;
-    menuDown_ = menuBar_ != BarID::none;
+    const bool closes = menuBar_ == bar;
+    closeMenu();
+    if (!closes)
+        openMenu(bar);
+}
+
+void BarHost::openMenu(BarID bar) {
+    VTRMenu* const menu = extra_ != nullptr ? extra_->menu() : nullptr;
+    if (menu != nullptr && menus_.open(*menu, toolkit_.menusAt(bar)))
+        setMenuBar(bar);
+}
+
+void BarHost::closeMenu() {
+    menus_.close();
+    setMenuBar(BarID::none);
+}
+
+void BarHost::setMenuBar(BarID bar) {
+    menuBar_ = bar;
+    menuDown_ = bar != BarID::none;
     setNeedsDisplay();
 }
 
 void BarHost::barsChanged() noexcept {
     toolkit_.listBars(places_);
-    if (std::ranges::find(places_, menuBar_, &BarPlace::bar) == places_.end())
-        menuBar_ = BarID::none;
-    menuDown_ = menuBar_ != BarID::none;
+    if (menuBar_ != BarID::none &&
+        std::ranges::find(places_, menuBar_, &BarPlace::bar) == places_.end())
+        closeMenu();
     setNeedsDisplay();
 }
 

@@ -5,6 +5,7 @@
 #include "Hosts/Gtk/BarToolkit.h"
 #include "Hosts/ItemHost.h"
 #include "Hosts/ItemPicture.h"
+#include "Hosts/Menu/MenuSession.h"
 
 namespace vantor {
 
@@ -12,10 +13,10 @@ namespace vantor {
 /// It paints the item into a picture for each scale of a screen when the item asks for that, and
 /// has the toolkit show what came out differently, if anything did.
 /// A press opens the item's menu in that bar, and there the item is highlighted; the next press
-/// closes it, or takes it to another bar. So far nothing but the highlight shows that it is open.
+/// closes it, or takes it to another bar.
 /// Units:  points. The bars are light or dark as the desktop is.
 /// Errors: making it throws where there is no such monitor.
-/// Thread: main queue.
+/// Thread: main queue, which is the current context's.
 class BarHost final : public ItemHost, private BarOwner {
 public:
     /// The toolkit is open, and outlives the host.
@@ -56,6 +57,9 @@ private:
     void itemPressed(BarID bar) noexcept override;
     void barsChanged() noexcept override;
 
+    void openMenu(BarID bar);
+    void closeMenu();
+    void setMenuBar(BarID bar);
     void listBars();
     void fitFaces();
     void paintFaces();
@@ -70,6 +74,7 @@ private:
     std::vector<BarPlace> places_;
     std::vector<Bar> bars_, shownBars_;  // as they are to be, and as they are
     std::vector<Face> faces_;            // the one with the open menu is the last
+    MenuSession menus_;
     BarID menuBar_ = BarID::none;
     double shownLength_ = 0;
     bool needsDisplay_ = false, menuDown_ = false, shownDark_ = false;

@@ -9,6 +9,7 @@
 
 #include "Foundation/Geometry.h"
 #include "Hosts/Gtk/BarGeometry.h"
+#include "Hosts/Menu/MenuWindows.h"
 
 struct _cairo;
 
@@ -61,7 +62,7 @@ struct BarWait {
 
 /// What the program asks of GTK. That costs a program without bars 10 MiB of memory and many
 /// milliseconds, so its callers live in a shared object of their own, which stands on nothing of
-/// the program but this file.
+/// the program but this file and that of the menus.
 /// Units:  points; a bar is kBarHeight of them high.
 /// Errors: what fails leaves no bars.
 /// Thread: the one that called `open` first. Nothing happens, and nobody is called, but in here.
@@ -84,6 +85,9 @@ public:
     virtual void repaintItem(BarID bar, const Rect& part) noexcept = 0;
     virtual void repaintBars() noexcept = 0;
 
+    /// Menus of the item in that bar, from the next one that is opened on.
+    virtual MenuWindows& menusAt(BarID bar) noexcept = 0;
+
     /// Does all that is ready, and answers what to wait for until the next time.
     virtual BarWait serve() = 0;
 
@@ -92,7 +96,7 @@ protected:
 };
 
 /// The entry point of the shared object. Its number goes up with each change of this file.
-inline constexpr const char* kBarToolkitEntry = "vantorBarToolkit2";
+inline constexpr const char* kBarToolkitEntry = "vantorBarToolkit3";
 using BarToolkitEntry = BarToolkit* (*)();
 
 }  // namespace vantor

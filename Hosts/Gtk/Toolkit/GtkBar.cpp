@@ -143,13 +143,20 @@ gboolean GtkBar::drawn(GtkWidget*, cairo_t* cairo, gpointer self) noexcept {
     return TRUE;
 }
 
-gboolean GtkBar::pressed(GtkWidget*, GdkEventButton* event, gpointer self) noexcept {
-    const auto* const bar = static_cast<GtkBar*>(self);
-    const Rect frame = bar->item();
+bool GtkBar::handlePress(const GdkEventButton& event) noexcept {
+    const Rect frame = item();
     // A double click is told as two presses, and then once more as what it is.
-    if (event->type == GDK_BUTTON_PRESS && event->button == GDK_BUTTON_PRIMARY &&
-        event->x >= frame.x && event->x < frame.x + frame.width)
-        bar->owner_.itemPressed(bar->id_);
+    const bool isMeant = event.type == GDK_BUTTON_PRESS && event.button == GDK_BUTTON_PRIMARY &&
+                         event.window == gtk_widget_get_window(window_.get()) &&
+                         event.x >= frame.x && event.x < frame.x + frame.width && event.y >= 0 &&
+                         event.y < frame.height;
+    if (isMeant)
+        owner_.itemPressed(id_);
+    return isMeant;
+}
+
+gboolean GtkBar::pressed(GtkWidget*, GdkEventButton* event, gpointer self) noexcept {
+    static_cast<GtkBar*>(self)->handlePress(*event);
     return TRUE;
 }
 

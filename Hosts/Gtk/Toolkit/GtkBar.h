@@ -5,6 +5,7 @@
 #include <gtk/gtk.h>
 
 #include "Hosts/Gtk/BarToolkit.h"
+#include "Hosts/Gtk/Menus/GtkOwned.h"
 
 namespace vantor {
 
@@ -21,16 +22,19 @@ public:
     /// After any monitor has come, gone or changed.
     void followMonitors() noexcept;
 
+    GtkWidget* widget() const noexcept { return window_.get(); }
+    /// Where the item is, in the bar's points.
+    Rect item() const noexcept { return itemFrame(size(), options_.side, length_); }
+
     void setItemLength(double length) noexcept;
     void repaintItem(const Rect& part) noexcept;
     void repaint() noexcept;
+    /// Whether the press is one on the item; its owner has heard of it then.
+    bool handlePress(const GdkEventButton& event) noexcept;
     /// Leaves the window to a display that is there no more, and can't be asked to end it.
     void abandon() noexcept { static_cast<void>(window_.release()); }
 
 private:
-    struct Destroy {
-        void operator()(GtkWidget* widget) const noexcept { gtk_widget_destroy(widget); }
-    };
     struct Unreference {
         void operator()(GdkMonitor* monitor) const noexcept { g_object_unref(monitor); }
     };
@@ -47,13 +51,12 @@ private:
     void reserveSpace(const Rect& monitor) noexcept;
     bool isDock() const noexcept;
     Size size() const noexcept;
-    Rect item() const noexcept { return itemFrame(size(), options_.side, length_); }
 
     const BarID id_;
     const BarOptions& options_;
     BarOwner& owner_;
     const std::unique_ptr<GdkMonitor, Unreference> monitor_;
-    std::unique_ptr<GtkWidget, Destroy> window_;
+    OwnedWindow window_;
     double length_ = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "Hosts/Gtk/Toolkit/GtkToolkit.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -32,6 +33,11 @@ bool isAccessibilityRunning() noexcept {
     return fs::exists(fs::path(g_get_user_runtime_dir()) / "at-spi", none);
 }
 
+GdkRectangle whole(const Rect& rect) noexcept {
+    return {static_cast<int>(rect.x), static_cast<int>(rect.y), static_cast<int>(rect.width),
+            static_cast<int>(rect.height)};
+}
+
 GdkScreen* screenOf(GdkDisplay* display) noexcept {
     return gdk_display_get_default_screen(display);
 }
@@ -49,6 +55,7 @@ GtkToolkit::GtkToolkit() noexcept {
     // For good: a source that is added outside of `serve` needs no wake-up then.
     if (g_main_context_acquire(g_main_context_default()) == FALSE)
         g_critical("the main loop is somebody else's");
+    menus_.setPressElsewhere([this](const GdkEventButton& event) { return pressElsewhere(event); });
 }
 
 bool GtkToolkit::open(DisplaySystem system) noexcept {
@@ -85,7 +92,10 @@ bool GtkToolkit::hasHungUp() const noexcept {
     return poll(&polled, 1, 0) == 1;
 }
 
-void GtkToolkit::lose() noexcept { isLost_ = true; }
+void GtkToolkit::lose() noexcept {
+    isLost_ = true;
+    menus_.abandon();
+}
 
 bool GtkToolkit::show(const BarOptions& options, BarOwner& owner) {
     options_ = options;
@@ -99,9 +109,12 @@ bool GtkToolkit::show(const BarOptions& options, BarOwner& owner) {
 void GtkToolkit::hide() noexcept {
     g_signal_handlers_disconnect_by_data(screenOf(display_), this);
     owner_ = nullptr;
-    if (isLost_ || hasHungUp())
+    if (isLost_ || hasHungUp()) {
+        lose();
         for (const auto& bar : bars_)
             bar->abandon();
+    }
+    menus_.removeAnchor();  // before its window goes
     bars_.clear();
     if (!isLost_)
         gdk_display_flush(display_);
@@ -130,6 +143,27 @@ void GtkToolkit::repaintBars() noexcept {
         bar->repaint();
 }
 
+MenuWindows& GtkToolkit::menusAt(BarID wanted) noexcept {
+    for (const auto& bar : bars_)
+        if (bar->place().bar == wanted)
+            menus_.setAnchor(bar->widget(), whole(bar->item()),
+                             options_.edge == BarEdge::top ? MenuDirection::down
+                                                           : MenuDirection::up);
+    return menus_;
+}
+
+/// The item is pressed while its menu holds the pointer, there or in another bar.
+bool GtkToolkit::pressElsewhere(const GdkEventButton& event) noexcept {
+    return std::ranges::any_of(bars_, [&](const auto& bar) { return bar->handlePress(event); });
+}
+
+/// Before their window goes to which the menus belong.
+void GtkToolkit::closeMenusOf(const Bars& bars) noexcept {
+    for (const auto& bar : bars)
+        if (bar != nullptr && bar->widget() == menus_.anchor())
+            menus_.removeAnchor();
+}
+
 BarWait GtkToolkit::serve() {
     GMainContext* const context = g_main_context_default();
     for (int pass = 0; pass < kPassesAtOnce && !isLost_; ++pass) {
@@ -156,6 +190,11 @@ BarWait GtkToolkit::nextWait() {
     for (const GPollFD& polled : polled_)  // its flags are those of poll(2)
         descriptors_.push_back(
             {.fd = polled.fd, .events = static_cast<short>(polled.events), .revents = 0});
+    // A Wayland display that somebody prepared to read waits for that reader, which is us: what is
+    // asked of it before the next time, such as a window, would wait for ever.
+    for (GPollFD& polled : polled_)
+        polled.revents = 0;
+    g_main_context_check(context, priority, polled_.data(), static_cast<gint>(polled_.size()));
     return {descriptors_, timeout};
 }
 
@@ -178,6 +217,7 @@ void GtkToolkit::makeBars() {
         }
         bars.push_back(std::move(bar));
     }
+    closeMenusOf(before);
     before.clear();
     bars_ = std::move(bars);
     for (const auto& bar : bars_)
@@ -200,10 +240,10 @@ bool GtkToolkit::isWanted(GdkMonitor* monitor, int index) const {
 
 }  // namespace vantor
 
-extern "C" __attribute__((visibility("default"))) vantor::BarToolkit* vantorBarToolkit2();
+extern "C" __attribute__((visibility("default"))) vantor::BarToolkit* vantorBarToolkit3();
 
 /// Never ended: GTK holds it to the end of the process.
-vantor::BarToolkit* vantorBarToolkit2() {
+vantor::BarToolkit* vantorBarToolkit3() {
     static auto* const toolkit = new vantor::GtkToolkit;
     return toolkit;
 }

@@ -7,6 +7,7 @@
 #include <gtk/gtk.h>
 
 #include "Hosts/Gtk/BarToolkit.h"
+#include "Hosts/Gtk/Menus/GtkMenus.h"
 #include "Hosts/Gtk/Toolkit/GtkBar.h"
 
 namespace vantor {
@@ -25,6 +26,7 @@ public:
     void setItemLength(double length) noexcept override;
     void repaintItem(BarID bar, const Rect& part) noexcept override;
     void repaintBars() noexcept override;
+    MenuWindows& menusAt(BarID bar) noexcept override;
     BarWait serve() override;
 
 private:
@@ -35,6 +37,8 @@ private:
     bool hasHungUp() const noexcept;
     void lose() noexcept;
     void makeBars();
+    bool pressElsewhere(const GdkEventButton& event) noexcept;
+    void closeMenusOf(const Bars& bars) noexcept;
     static std::unique_ptr<GtkBar> takeBarOf(GdkMonitor* monitor, Bars& bars) noexcept;
     bool isWanted(GdkMonitor* monitor, int index) const;
     BarWait nextWait();
@@ -45,6 +49,7 @@ private:
     BarOptions options_;
     BarOwner* owner_ = nullptr;
     Bars bars_;
+    GtkMenus menus_;
     std::uint32_t barsMade_ = 0;
     double length_ = 0;
     std::vector<GPollFD> polled_;

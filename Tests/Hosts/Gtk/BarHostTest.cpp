@@ -11,6 +11,7 @@
 #include "Shared/VTRPreferences.h"
 #include "Targets/VantorBarCPU/VantorBarCPU.h"
 #include "Tests/Support/AllocationCounter.h"
+#include "Tests/Support/ScriptedMenuWindows.h"
 #include "Tests/Support/World.h"
 
 namespace vantor {
@@ -50,7 +51,14 @@ public:
         repaints.push_back({bar, part});
     }
     void repaintBars() noexcept override { ++barRepaints; }
+    MenuWindows& menusAt(BarID bar) noexcept override {
+        menuBar = bar;
+        return menus;
+    }
     BarWait serve() override { return {}; }
+
+    test::ScriptedMenuWindows menus;
+    BarID menuBar = BarID::none;
 
     std::vector<Repaint> repaints;
     double itemLength = 0;
@@ -191,6 +199,39 @@ TEST_F(BarHostTest, ASecondPressClosesTheMenu) {
     show();
     EXPECT_FALSE(host.isMenuDown());
     EXPECT_FALSE(extra.view()->isMenuDown());
+    EXPECT_FALSE(extra.menu()->visible());
+    EXPECT_THAT(toolkit.menus.windows, IsEmpty());
+}
+
+TEST_F(BarHostTest, APressShowsTheMenuAtItsBar) {
+    toolkit.change({{kLeft, 1}, {kRight, 1}});
+    toolkit.press(kRight);
+    EXPECT_THAT(toolkit.menus.windows, SizeIs(1));
+    EXPECT_EQ(toolkit.menuBar, kRight);
+    EXPECT_TRUE(extra.menu()->visible());
+}
+
+TEST_F(BarHostTest, TheItemIsNotHighlightedAnyMoreWhenTheUserPressesElsewhere) {
+    toolkit.press(kLeft);
+    show();
+    toolkit.menus.dismiss();
+    EXPECT_FALSE(host.isMenuDown());
+    EXPECT_TRUE(host.needsDisplay());
+    EXPECT_FALSE(extra.menu()->visible());
+}
+
+TEST_F(BarHostTest, WithoutAWindowForItTheMenuIsNotOpen) {
+    toolkit.menus.refuses = true;
+    toolkit.press(kLeft);
+    EXPECT_FALSE(host.isMenuDown());
+    EXPECT_FALSE(extra.menu()->visible());
+}
+
+TEST_F(BarHostTest, AnExtraThatEndsTakesItsOpenMenuAlong) {
+    toolkit.press(kLeft);
+    extra.willUnload();
+    EXPECT_FALSE(host.isMenuDown());
+    EXPECT_THAT(toolkit.menus.windows, IsEmpty());
 }
 
 TEST_F(BarHostTest, TheMenuClosesWithItsBar) {

@@ -1,0 +1,99 @@
+#include "Hosts/Gtk/Menus/GtkMenuWindow.h"
+
+#include <cmath>
+#include <memory>
+
+#include <gdk/gdkx.h>
+
+namespace vantor {
+namespace {
+
+constexpr int kEvents = GDK_POINTER_MOTION_MASK | GDK_BUTTON_PRESS_MASK | GDK_BUTTON_RELEASE_MASK |
+                        GDK_ENTER_NOTIFY_MASK | GDK_LEAVE_NOTIFY_MASK | GDK_KEY_PRESS_MASK |
+                        GDK_SCROLL_MASK | GDK_SMOOTH_SCROLL_MASK | GDK_STRUCTURE_MASK;
+
+int whole(double points) noexcept { return static_cast<int>(std::ceil(points)); }
+
+Rect rectOf(const GdkRectangle& rect) noexcept {
+    return {static_cast<double>(rect.x), static_cast<double>(rect.y),
+            static_cast<double>(rect.width), static_cast<double>(rect.height)};
+}
+
+/// Whole points around what is to be painted; all of it where cairo can't tell.
+void readParts(cairo_t* cairo, std::vector<Rect>& into) {
+    into.clear();
+    const std::unique_ptr<cairo_rectangle_list_t, void (*)(cairo_rectangle_list_t*)> list(
+        cairo_copy_clip_rectangle_list(cairo), cairo_rectangle_list_destroy);
+    if (list->status == CAIRO_STATUS_SUCCESS) {
+        for (int index = 0; index < list->num_rectangles; ++index) {
+            const cairo_rectangle_t& part = list->rectangles[index];
+            into.push_back({part.x, part.y, part.width, part.height});
+        }
+        return;
+    }
+    double left = 0, top = 0, right = 0, bottom = 0;
+    cairo_clip_extents(cairo, &left, &top, &right, &bottom);
+    into.push_back({left, top, right - left, bottom - top});
+}
+
+}  // namespace
+
+GtkMenuWindow::GtkMenuWindow(MenuWindowID id, const MenuPlace& place, Size size,
+                             GtkMenuWindowOwner& owner)
+    : id_(id), place_(place), size_(size), owner_(owner),
+      window_(gtk_window_new(GTK_WINDOW_POPUP)) {
+    GtkWidget* const widget = window_.get();
+    GtkWindow* const window = GTK_WINDOW(widget);
+    gtk_window_set_type_hint(window, GDK_WINDOW_TYPE_HINT_DROPDOWN_MENU);
+    gtk_window_set_resizable(window, FALSE);
+    gtk_window_set_transient_for(window, place_.owner);
+    gtk_widget_set_app_paintable(widget, TRUE);
+    gtk_widget_add_events(widget, kEvents);
+    gtk_widget_set_size_request(widget, whole(size.width), whole(size.height));
+    g_signal_connect(widget, "draw", G_CALLBACK(drawn), this);
+    g_signal_connect(widget, "event", G_CALLBACK(happened), this);
+    gtk_widget_realize(widget);
+    g_signal_connect(this->window(), "moved-to-rect", G_CALLBACK(moved), this);
+    if (GDK_IS_X11_WINDOW(this->window()))
+        gdk_x11_window_set_frame_sync_enabled(this->window(), FALSE);
+    this->place();
+}
+
+void GtkMenuWindow::place() noexcept {
+    gdk_window_set_transient_for(window(), place_.beside);
+    gdk_window_move_to_rect(window(), &place_.rect, place_.corner, place_.ownCorner, place_.hints,
+                            0, 0);
+}
+
+void GtkMenuWindow::resize(Size size) noexcept {
+    size_ = size;
+    gtk_widget_set_size_request(window_.get(), whole(size.width), whole(size.height));
+    gtk_window_resize(GTK_WINDOW(window_.get()), whole(size.width), whole(size.height));
+}
+
+void GtkMenuWindow::repaint(const Rect& part) noexcept {
+    const double left = std::floor(part.x), top = std::floor(part.y);
+    gtk_widget_queue_draw_area(window_.get(), static_cast<int>(left), static_cast<int>(top),
+                               whole(part.x + part.width - left),
+                               whole(part.y + part.height - top));
+}
+
+gboolean GtkMenuWindow::drawn(GtkWidget*, cairo_t* cairo, gpointer self) noexcept {
+    auto* const window = static_cast<GtkMenuWindow*>(self);
+    readParts(cairo, window->parts_);
+    window->owner_.paintWindow(*window, cairo, window->parts_);
+    return TRUE;
+}
+
+gboolean GtkMenuWindow::happened(GtkWidget*, GdkEvent* event, gpointer self) noexcept {
+    return static_cast<GtkMenuWindow*>(self)->owner_.handle(event) ? TRUE : FALSE;
+}
+
+void GtkMenuWindow::moved(GdkWindow*, const GdkRectangle*, const GdkRectangle* final, gboolean,
+                          gboolean, gpointer self) noexcept {
+    const auto* const window = static_cast<GtkMenuWindow*>(self);
+    if (final != nullptr)
+        window->owner_.windowMoved(*window, rectOf(*final));
+}
+
+}  // namespace vantor

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <vector>
+
+#include <gtk/gtk.h>
+
+#include "Hosts/Gtk/Menus/GtkOwned.h"
+#include "Hosts/Menu/MenuWindows.h"
+
+namespace vantor {
+
+/// Where a window hangs: at a rectangle of another one, in that one's points.
+struct MenuPlace {
+    GdkWindow* beside = nullptr;
+    GtkWindow* owner = nullptr;  // the toplevel that it belongs to; null for a stranger's
+    GdkRectangle rect{};
+    GdkGravity corner = GDK_GRAVITY_SOUTH_WEST;     // of the rectangle
+    GdkGravity ownCorner = GDK_GRAVITY_NORTH_WEST;  // which comes to stand there
+    GdkAnchorHints hints{};                         // where that has no room
+};
+
+class GtkMenuWindow;
+
+/// Who hears of the windows' events.
+class GtkMenuWindowOwner {
+public:
+    virtual void paintWindow(const GtkMenuWindow& window, cairo_t* cairo,
+                             std::span<const Rect> parts) noexcept = 0;
+    virtual void windowMoved(const GtkMenuWindow& window, const Rect& inParent) noexcept = 0;
+    /// Whether somebody did something with it.
+    virtual bool handle(GdkEvent* event) noexcept = 0;
+
+protected:
+    ~GtkMenuWindowOwner() = default;
+};
+
+/// A window for one menu, without decoration, above all others, that paints nothing of its own.
+class GtkMenuWindow {
+public:
+    GtkMenuWindow(MenuWindowID id, const MenuPlace& place, Size size, GtkMenuWindowOwner& owner);
+    GtkMenuWindow(const GtkMenuWindow&) = delete;
+    GtkMenuWindow& operator=(const GtkMenuWindow&) = delete;
+
+    MenuWindowID id() const noexcept { return id_; }
+    GtkWidget* widget() const noexcept { return window_.get(); }
+    GdkWindow* window() const noexcept { return gtk_widget_get_window(window_.get()); }
+    Size size() const noexcept { return size_; }
+    double scale() const noexcept { return gtk_widget_get_scale_factor(window_.get()); }
+    void show() noexcept { gtk_widget_show(window_.get()); }
+    void resize(Size size) noexcept;
+    void repaint(const Rect& part) noexcept;
+
+private:
+    static gboolean drawn(GtkWidget*, cairo_t* cairo, gpointer self) noexcept;
+    static gboolean happened(GtkWidget*, GdkEvent* event, gpointer self) noexcept;
+    static void moved(GdkWindow*, const GdkRectangle*, const GdkRectangle* final, gboolean,
+                      gboolean, gpointer self) noexcept;
+    void place() noexcept;
+
+    const MenuWindowID id_;
+    MenuPlace place_;
+    Size size_;
+    GtkMenuWindowOwner& owner_;
+    OwnedWindow window_;
+    std::vector<Rect> parts_;  // of one paint
+};
+
+}  // namespace vantor
