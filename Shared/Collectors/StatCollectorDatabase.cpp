@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cmath>
 #include <span>
 #include <utility>
 
@@ -8,6 +7,7 @@
 #include "Foundation/PropertyValue.h"
 #include "Platform/Clock.h"
 #include "Platform/SystemLog.h"
+#include "Shared/Collectors/HistoryRows.h"
 #include "Shared/Collectors/StatCollector.h"
 #include "Shared/Database/HistoryDatabaseController.h"
 
@@ -20,78 +20,8 @@ namespace {
 constexpr double kRetainedIDs = static_cast<double>(SampleRing::kSlots);
 constexpr int kLastPreparedIndex = 4;  // the month, which nothing fills yet
 constexpr double kClockSetBackSeconds = 86400;
-/// IDs past this have no successor, and no run of ours gets there.
-constexpr double kHighestID = 9007199254740992;
-constexpr double kFarthestTime = 1e12;
 /// An item costs four rings. A file that names more things than this isn't ours.
 constexpr std::size_t kMostLoadedItems = 256;
-
-std::string statement(std::string_view format, std::string_view table) {
-    constexpr std::string_view kTable = "%@";
-    std::string sql(format);
-    if (const auto place = sql.find(kTable); place != sql.npos)
-        sql.replace(place, kTable.size(), table);
-    return sql;
-}
-
-/// `name` as a key that outlives the row, where a sample can have a figure of that name.
-std::optional<std::string_view> sampleKeyNamed(std::string_view name, const SampleConfig& config) {
-    for (const std::string_view key : {"sample", "time", "t", "empty"})
-        if (key == name)
-            return key;
-    for (const std::string_view key : config.addSampleIDKeys)
-        if (key == name)
-            return key;
-    for (const SampleKey& entry : config.addSampleMap)
-        if (entry.key == name)
-            return entry.key;
-    return std::nullopt;
-}
-
-/// Which columns of a query are figures of a sample.
-class SampleColumns {
-public:
-    SampleColumns(const SQLResultSet& rows, const SampleConfig& config) {
-        for (int index = 0; index < rows.columnCount(); ++index) {
-            const std::string name = rows.columnNameForIndex(index).value_or("");
-            if (const auto key = sampleKeyNamed(name, config))
-                figures_.push_back({*key, index});
-            else if (name == "uuid")
-                uuid_ = index;
-        }
-    }
-
-    SampleFields read(const SQLResultSet& row) const {
-        SampleFields sample;
-        for (const auto& [key, index] : figures_)
-            sample.set(key, row.doubleForColumnIndex(index));
-        if (uuid_)
-            sample.uuid = row.stringForColumnIndex(*uuid_).value_or("");
-        return sample;
-    }
-
-private:
-    struct Figure {
-        std::string_view key;
-        int index;
-    };
-    std::vector<Figure> figures_;
-    std::optional<int> uuid_;
-};
-
-std::vector<SampleFields> samplesOfQuery(SQLDatabase& database, std::string_view sql,
-                                         std::span<const PropertyValue> arguments,
-                                         const SampleConfig& config) {
-    std::vector<SampleFields> samples;
-    const auto rows = database.executeQuery(sql, arguments);
-    if (!rows)
-        return samples;
-    const SampleColumns columns(*rows, config);
-    samples.reserve(SampleRing::kSlots + 1);
-    while (rows->next())
-        samples.push_back(columns.read(*rows));
-    return samples;
-}
 
 std::vector<SampleFields> samplesOfQuery(HistoryDatabaseItem* file, std::string_view sql,
                                          std::span<const PropertyValue> arguments,
@@ -102,23 +32,6 @@ std::vector<SampleFields> samplesOfQuery(HistoryDatabaseItem* file, std::string_
             samples = samplesOfQuery(database, sql, arguments, config);
         });
     return samples;
-}
-
-/// Whether a run of ours can have written the row: one that can't mustn't stop the IDs from
-/// growing or the time from passing.
-bool isBelievable(const SampleFields& row) noexcept {
-    return std::abs(row.value("sample").value_or(0)) < kHighestID &&
-           std::abs(row.value("time").value_or(0)) < kFarthestTime;
-}
-
-/// True when the table had to be made, else `result`.
-bool checkTable(SQLDatabase& database, std::optional<std::string_view> table,
-                std::string_view createFormat, bool result) {
-    if (!table || database.tableExists(*table))
-        return result;
-    // A table that can't be made shows in that nothing is written to it.
-    database.executeUpdate(statement(createFormat, *table));
-    return true;
 }
 
 /// The position behind the oldest sample that is no gap.
@@ -198,7 +111,8 @@ bool StatCollector::checkIfLongTermTablesExist(int index, HistoryDatabaseItem* i
 std::vector<SampleFields> StatCollector::samplesFromTable(std::optional<std::string_view> table) {
     if (!table)
         return {};
-    const std::string sql = statement("SELECT * FROM %@ ORDER BY sample DESC LIMIT 603", *table);
+    const std::string sql =
+        historyStatement("SELECT * FROM %@ ORDER BY sample DESC LIMIT 603", *table);
     std::vector<SampleFields> samples = samplesOfQuery(history_.item.get(), sql, {}, config_);
     std::ranges::reverse(samples);
     return samples;
@@ -210,8 +124,8 @@ std::vector<SampleFields> StatCollector::samplesFromTable(std::optional<std::str
         return {};
     const double lowest = std::clamp<double>(identifier - kRetainedIDs, 0, INT32_MAX);
     const PropertyValue arguments[] = {identifier, static_cast<std::int32_t>(lowest)};
-    const std::string sql =
-        statement("SELECT * FROM %@ WHERE sample <= ? AND sample >= ? ORDER BY sample ASC", *table);
+    const std::string sql = historyStatement(
+        "SELECT * FROM %@ WHERE sample <= ? AND sample >= ? ORDER BY sample ASC", *table);
     return samplesOfQuery(history_.item.get(), sql, arguments, config_);
 }
 
@@ -272,9 +186,9 @@ std::optional<StatCollector::ItemSearch> StatCollector::searchFor(const StatColl
         return std::nullopt;
     const double lower = upper - (kRetainedIDs - static_cast<double>(oldest));
     return ItemSearch{
-        .sql = statement("SELECT * FROM %@ WHERE uuid = ? AND sample < ? AND sample >= ? "
-                         "ORDER BY sample ASC",
-                         *table),
+        .sql = historyStatement("SELECT * FROM %@ WHERE uuid = ? AND sample < ? AND sample >= ? "
+                                "ORDER BY sample ASC",
+                                *table),
         .arguments = {item.key.value_or(""), upper, PropertyValue(lower).integerValue()},
         .config = config_};
 }
@@ -377,7 +291,8 @@ std::optional<SampleFields> StatCollector::lastLongTermSample() {
     const auto table = tableAtIndex(kLongTermIndex);
     if (!table)
         return std::nullopt;
-    const std::string sql = statement("SELECT * FROM %@ ORDER BY sample DESC LIMIT 1", *table);
+    const std::string sql =
+        historyStatement("SELECT * FROM %@ ORDER BY sample DESC LIMIT 1", *table);
     std::vector<SampleFields> last = samplesOfQuery(longHistory_.item.get(), sql, {}, config_);
     return last.empty() ? std::nullopt : std::optional(std::move(last.front()));
 }

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Foundation/PropertyValue.h"
+#include "Shared/Collectors/SampleConfig.h"
+#include "Shared/Collectors/SampleFields.h"
+#include "Shared/External/SQLite/SQLDatabase.h"
+
+// A history file's tables and rows as samples. On the queue of the file.
+
+namespace vantor::inline VANTOR_MODULE {
+
+/// `format` with the table's name in place of "%@".
+std::string historyStatement(std::string_view format, std::string_view table);
+
+/// The rows, each with those figures that a sample of this collector can have; without any where
+/// the query fails.
+std::vector<SampleFields> samplesOfQuery(SQLDatabase& database, std::string_view sql,
+                                         std::span<const PropertyValue> arguments,
+                                         const SampleConfig& config);
+
+/// Whether a run of ours can have written the row: one that can't mustn't stop the IDs from
+/// growing or the time from passing.
+bool isBelievable(const SampleFields& row) noexcept;
+
+/// True when the table had to be made, else `result`.
+bool checkTable(SQLDatabase& database, std::optional<std::string_view> table,
+                std::string_view createFormat, bool result);
+
+}  // namespace vantor::inline VANTOR_MODULE
