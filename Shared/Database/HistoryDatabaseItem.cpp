@@ -94,10 +94,12 @@ void HistoryDatabaseItem::Parts::commitBatch() {
     takeBatch();
     const std::size_t statements = batch.size();
     database.beginTransaction();
-    const std::size_t failed = writeBatch();
+    std::size_t failed = writeBatch();
     busy = false;
     batch.clear();
-    database.commit();
+    const bool wasOpen = database.isTransactionOpen();
+    if (!database.commit() && wasOpen && !database.isTransactionOpen())
+        failed = statements;
     if (ports.witness != nullptr)
         ports.witness->committed(name, statements, failed);
 }
@@ -109,12 +111,16 @@ void HistoryDatabaseItem::Parts::takeBatch() {
     toldOfDropped = false;
 }
 
-/// Answers how many of its statements failed.
+/// Answers how many of its statements failed. Where SQLite takes the transaction back because of
+/// one, all before it have failed as well.
 std::size_t HistoryDatabaseItem::Parts::writeBatch() {
+    bool isOpen = database.isTransactionOpen();
     std::size_t failed = 0;
     for (std::size_t index = 0; index < batch.size(); ++index) {
         fillStatement(batch[index], sql);
         failed += database.executeUpdate(sql, batch[index].args()) ? 0 : 1;
+        if (std::exchange(isOpen, isOpen && database.isTransactionOpen()) && !isOpen)
+            failed = index + 1;
     }
     return failed;
 }

@@ -170,6 +170,8 @@ public:
     bool commit();
     bool rollback();
     bool inTransaction() const noexcept { return inTransaction_; }
+    /// What SQLite says: it takes a transaction back by itself where the disk fails or is full.
+    bool isTransactionOpen() const noexcept;
     // A savepoint without a name ends the process.
     bool startSavePointWithName(std::optional<std::string_view> name, Error* error = nullptr);
     bool releaseSavePointWithName(std::optional<std::string_view> name, Error* error = nullptr);

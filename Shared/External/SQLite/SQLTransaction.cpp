@@ -1,6 +1,7 @@
 #include "Shared/External/SQLite/SQLTransaction.h"
 
 #include <fmt/format.h>
+#include <sqlite3.h>
 
 #include "Shared/Assertion.h"
 #include "Shared/External/SQLite/SQLDatabase.h"
@@ -30,6 +31,10 @@ bool SQLDatabase::rollback() {
     const bool ended = executeUpdate("rollback transaction");
     inTransaction_ = inTransaction_ && !ended;
     return ended;
+}
+
+bool SQLDatabase::isTransactionOpen() const noexcept {
+    return db_ != nullptr && sqlite3_get_autocommit(db_) == 0;
 }
 
 bool SQLDatabase::executeSavePoint(std::string_view before, std::optional<std::string_view> name,

@@ -9,6 +9,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include "Platform/Linux/LinuxWorkQueues.h"
 #include "Shared/Database/HistoryRecordList.h"
@@ -258,6 +259,27 @@ TEST_F(HistoryDatabaseItemTest, AFullFileKeepsWhatItHasAndGoesOnLater) {
     EXPECT_EQ(numbersOf(item).back(), 5);
     EXPECT_EQ(world.journal.commits.back(), (Commit{"cpu.db", 1, 0}));
     EXPECT_FALSE(item.database().inTransaction());
+}
+
+TEST_F(HistoryDatabaseItemTest, ABatchWhoseEndFailsHasFailedAsAWhole) {
+    const auto refuse = [](void*) { return 1; };  // SQLite takes the transaction back then
+    sqlite3_commit_hook(item.database().sqliteHandle(), refuse, nullptr);
+    add({1, 2});
+    item.commit();
+    sqlite3_commit_hook(item.database().sqliteHandle(), nullptr, nullptr);
+    add({3});
+    item.commit();
+    EXPECT_THAT(numbersOf(item), ElementsAre(3));
+    EXPECT_THAT(world.journal.commits, ElementsAre(Commit{"cpu.db", 2, 2}, Commit{"cpu.db", 1, 0}));
+}
+
+TEST_F(HistoryDatabaseItemTest, WhatATransactionThatIsTakenBackHadFailsWithIt) {
+    add({1});
+    item.addItem(HistoryRecord("rollback transaction", ""));
+    add({2});
+    item.commit();
+    EXPECT_THAT(numbersOf(item), ElementsAre(2));
+    EXPECT_THAT(world.journal.commits, ElementsAre(Commit{"cpu.db", 3, 2}));
 }
 
 /// The same on queues with threads.
