@@ -1,6 +1,8 @@
 #include "Shared/Collectors/HistoryRows.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 #include "Shared/Collectors/SampleRing.h"
 
@@ -78,6 +80,25 @@ std::vector<SampleFields> samplesOfQuery(SQLDatabase& database, std::string_view
     while (rows->next())
         samples.push_back(columns.read(*rows));
     return samples;
+}
+
+std::vector<SampleFields> newestSamples(SQLDatabase& database, std::string_view table,
+                                        const SampleConfig& config) {
+    const std::string sql =
+        historyStatement("SELECT * FROM %@ ORDER BY sample DESC LIMIT 603", table);
+    std::vector<SampleFields> samples = samplesOfQuery(database, sql, {}, config);
+    std::ranges::reverse(samples);
+    return samples;
+}
+
+std::vector<SampleFields> samplesUpTo(SQLDatabase& database, std::string_view table,
+                                      double identifier, const SampleConfig& config) {
+    constexpr double kRetainedIDs = static_cast<double>(SampleRing::kSlots);
+    const double lowest = std::clamp<double>(identifier - kRetainedIDs, 0, INT32_MAX);
+    const PropertyValue arguments[] = {identifier, static_cast<std::int32_t>(lowest)};
+    const std::string sql = historyStatement(
+        "SELECT * FROM %@ WHERE sample <= ? AND sample >= ? ORDER BY sample ASC", table);
+    return samplesOfQuery(database, sql, arguments, config);
 }
 
 bool isBelievable(const SampleFields& row) noexcept {

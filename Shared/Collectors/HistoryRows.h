@@ -24,6 +24,13 @@ std::vector<SampleFields> samplesOfQuery(SQLDatabase& database, std::string_view
                                          std::span<const PropertyValue> arguments,
                                          const SampleConfig& config);
 
+/// The newest rows of a table, a ring and one at most, the oldest first.
+std::vector<SampleFields> newestSamples(SQLDatabase& database, std::string_view table,
+                                        const SampleConfig& config);
+/// Those up to `identifier` and at most 602 IDs before it, the oldest first.
+std::vector<SampleFields> samplesUpTo(SQLDatabase& database, std::string_view table,
+                                      double identifier, const SampleConfig& config);
+
 /// Whether a run of ours can have written the row: one that can't mustn't stop the IDs from
 /// growing or the time from passing.
 bool isBelievable(const SampleFields& row) noexcept;

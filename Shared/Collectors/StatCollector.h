@@ -15,6 +15,7 @@
 #include "Foundation/WeakHandle.h"
 #include "Platform/MainQueue.h"
 #include "Platform/Ports.h"
+#include "Shared/Collectors/HistoryReading.h"
 #include "Shared/Collectors/HistoryTables.h"
 #include "Shared/Collectors/SampleConfig.h"
 #include "Shared/Collectors/SampleFields.h"
@@ -31,6 +32,7 @@ class SerialQueue;
 namespace vantor::inline VANTOR_MODULE {
 
 class HistoryDatabaseItem;
+class SQLDatabase;
 
 /// Measures about once a second and keeps what it measured at four time scales in memory, and at
 /// three of them in a history file, if it is given one. A concrete collector says how to measure
@@ -41,7 +43,8 @@ class HistoryDatabaseItem;
 /// the next tick for the next whole second. A scale that was missed gets gaps, never a late
 /// sample: a gap is a gap.
 /// Units:  times are seconds since 1970.
-/// Errors: none. Trouble with the file loses history and nothing else.
+/// Errors: none. Trouble with the file loses history and nothing else; one that can't be read at
+///         the start for a reason that may pass is read, and written, later.
 /// Thread: main queue; making a collector and loading its history may happen elsewhere before
 ///         `startLogging`, which may be called from any thread. In the meantime readers are kept
 ///         away by `hideSamples`.
@@ -279,13 +282,28 @@ private:
     };
     struct ItemSearch;
 
+    static constexpr int kLastPreparedIndex = 4;  // the month, which nothing fills yet
+
     const SampleRing& ring(int type) const noexcept { return rings_[storageIndex(type)]; }
     static void setFile(HistoryFile& file, std::optional<std::filesystem::path> path);
     void insertItems(const SampleFields& sample, int index, HistoryDatabaseItem& inDB);
     std::optional<ItemSearch> searchFor(const StatCollectorItem& item, int index) const;
     void placeLoadedSamples(StatCollectorItem& item, int index,
                             const std::vector<SampleFields>& newestFirst);
+    std::vector<SampleFields>
+    readSamples(const std::function<std::vector<SampleFields>(SQLDatabase&)>& query);
+    void placeLoadedRows(int index, const std::vector<SampleFields>& oldestFirst);
+    void placeLoadedItemRows(int index, const std::vector<SampleFields>& oldestFirst);
+    void settleHistory();
+    void beginAfresh();
+    HistoryReading historyReading() const;
+    void adoptHistory(const HistoryScales& scales);
+    void adoptScale(int index, const HistoryScale& scale);
+    std::vector<SampleFields> samplesInRings(int index) const;
+    void addItemsInRings(int index, SampleFields& sample) const;
+    void addGaps(int index, double until);
     void addScaleSample(const SampleFields& sample, int type);
+    void writeScaleSample(SampleFields& sample, int index, double sampleID);
     SampleFields rolledUpSample(int index, double time) const;
     void updateSamplesAndLogging();
     void measureIfWanted();
@@ -311,6 +329,7 @@ private:
 
     HistoryTables tables_{dbTablePrefix_, storageType_};
     HistoryFile history_, longHistory_;
+    bool historyMissed_ = false;  // not all of it could be read for now
 
     std::vector<StatCollectorDelegate*> delegates_;
     std::unique_ptr<SerialQueue> queue_;

@@ -18,21 +18,9 @@ namespace vantor::inline VANTOR_MODULE {
 namespace {
 
 constexpr double kRetainedIDs = static_cast<double>(SampleRing::kSlots);
-constexpr int kLastPreparedIndex = 4;  // the month, which nothing fills yet
 constexpr double kClockSetBackSeconds = 86400;
 /// An item costs four rings. A file that names more things than this isn't ours.
 constexpr std::size_t kMostLoadedItems = 256;
-
-std::vector<SampleFields> samplesOfQuery(HistoryDatabaseItem* file, std::string_view sql,
-                                         std::span<const PropertyValue> arguments,
-                                         const SampleConfig& config) {
-    std::vector<SampleFields> samples;
-    if (file != nullptr)
-        file->queryDatabase([&](SQLDatabase& database) {
-            samples = samplesOfQuery(database, sql, arguments, config);
-        });
-    return samples;
-}
 
 /// The position behind the oldest sample that is no gap.
 std::size_t firstFreePosition(const SampleRing& ring) noexcept {
@@ -83,12 +71,16 @@ bool StatCollector::prepareDatabase(bool result) {
 bool StatCollector::checkIfTablesExist(int index, HistoryDatabaseItem* inDB, bool result) {
     if (inDB == nullptr)
         return result;
+    const auto check = [&](SQLDatabase& database, const auto& table, std::string_view format) {
+        result = checkTable(database, table, format, result);
+        historyMissed_ = historyMissed_ || database.lastFailureMayPass();
+    };
     inDB->queryDatabase([&](SQLDatabase& database) {
         if (storageType_ == StorageKind::collector) {
-            result = checkTable(database, tableAtIndex(index), config_.sqlCreate, result);
+            check(database, tableAtIndex(index), config_.sqlCreate);
         } else {
-            result = checkTable(database, tableAtIndex(index), config_.sqlCreateID, result);
-            result = checkTable(database, itemTableAtIndex(index), config_.sqlCreate, result);
+            check(database, tableAtIndex(index), config_.sqlCreateID);
+            check(database, itemTableAtIndex(index), config_.sqlCreate);
         }
     });
     return result;
@@ -109,24 +101,29 @@ bool StatCollector::checkIfLongTermTablesExist(int index, HistoryDatabaseItem* i
 }
 
 std::vector<SampleFields> StatCollector::samplesFromTable(std::optional<std::string_view> table) {
-    if (!table)
-        return {};
-    const std::string sql =
-        historyStatement("SELECT * FROM %@ ORDER BY sample DESC LIMIT 603", *table);
-    std::vector<SampleFields> samples = samplesOfQuery(history_.item.get(), sql, {}, config_);
-    std::ranges::reverse(samples);
-    return samples;
+    return table ? readSamples([&](SQLDatabase& database) {
+        return newestSamples(database, *table, config_);
+    })
+                 : std::vector<SampleFields>();
 }
 
 std::vector<SampleFields> StatCollector::samplesFromTable(std::optional<std::string_view> table,
                                                           double identifier) {
-    if (!table)
-        return {};
-    const double lowest = std::clamp<double>(identifier - kRetainedIDs, 0, INT32_MAX);
-    const PropertyValue arguments[] = {identifier, static_cast<std::int32_t>(lowest)};
-    const std::string sql = historyStatement(
-        "SELECT * FROM %@ WHERE sample <= ? AND sample >= ? ORDER BY sample ASC", *table);
-    return samplesOfQuery(history_.item.get(), sql, arguments, config_);
+    return table ? readSamples([&](SQLDatabase& database) {
+        return samplesUpTo(database, *table, identifier, config_);
+    })
+                 : std::vector<SampleFields>();
+}
+
+std::vector<SampleFields>
+StatCollector::readSamples(const std::function<std::vector<SampleFields>(SQLDatabase&)>& query) {
+    std::vector<SampleFields> samples;
+    if (history_.item)
+        history_.item->queryDatabase([&](SQLDatabase& database) {
+            samples = query(database);
+            historyMissed_ = historyMissed_ || database.lastFailureMayPass();
+        });
+    return samples;
 }
 
 void StatCollector::loadPreviousSamples() {
@@ -136,8 +133,12 @@ void StatCollector::loadPreviousSamples() {
 }
 
 void StatCollector::loadPreviousSamplesAtIndex(int index) {
+    placeLoadedRows(index, samplesFromTable(tableAtIndex(index)));
+}
+
+void StatCollector::placeLoadedRows(int index, const std::vector<SampleFields>& oldestFirst) {
     sampleindexconfig& row = sampleIndex_[static_cast<std::size_t>(index)];
-    for (const SampleFields& sample : samplesFromTable(tableAtIndex(index))) {
+    for (const SampleFields& sample : oldestFirst) {
         if (!isBelievable(sample))
             continue;
         addScaleSample(sample, index);
@@ -159,11 +160,15 @@ void StatCollector::loadPreviousSampleItems() {
 
 void StatCollector::loadPreviousSampleItemsAtIndex(int index) {
     const double newest = sampleIndex_[static_cast<std::size_t>(index)].sampleID;
-    for (const SampleFields& row : samplesFromTable(itemTableAtIndex(index), newest))
-        if (!row.uuid.empty() && items_.size() < kMostLoadedItems)
-            addSampleItem(row, index);
+    placeLoadedItemRows(index, samplesFromTable(itemTableAtIndex(index), newest));
     for (const auto& item : items_)
         item->loadedHistory = true;
+}
+
+void StatCollector::placeLoadedItemRows(int index, const std::vector<SampleFields>& oldestFirst) {
+    for (const SampleFields& row : oldestFirst)
+        if (!row.uuid.empty() && items_.size() < kMostLoadedItems)
+            addSampleItem(row, index);
 }
 
 /// What an item's ring lacks of a scale, as a query.
@@ -289,11 +294,13 @@ void StatCollector::runDatabaseQueue() {
 
 std::optional<SampleFields> StatCollector::lastLongTermSample() {
     const auto table = tableAtIndex(kLongTermIndex);
-    if (!table)
+    if (!table || !longHistory_.item)
         return std::nullopt;
     const std::string sql =
         historyStatement("SELECT * FROM %@ ORDER BY sample DESC LIMIT 1", *table);
-    std::vector<SampleFields> last = samplesOfQuery(longHistory_.item.get(), sql, {}, config_);
+    std::vector<SampleFields> last;
+    longHistory_.item->queryDatabase(
+        [&](SQLDatabase& database) { last = samplesOfQuery(database, sql, {}, config_); });
     return last.empty() ? std::nullopt : std::optional(std::move(last.front()));
 }
 

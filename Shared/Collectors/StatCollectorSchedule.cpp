@@ -63,6 +63,7 @@ double StatCollector::nextTimeForType(int type, float interval) const noexcept {
 }
 
 void StatCollector::startLogging() {
+    settleHistory();
     ports_.mainQueue.async([collector = self_.handle()] {
         StatCollector* const self = collector.get();
         if (self == nullptr)
@@ -190,14 +191,17 @@ double StatCollector::insertSampleWithIndex(int index, double identifier, double
     if (index < 1 || index >= kMaximumSampleIndex)
         return identifier;
     SampleFields sample = rolledUpSample(index, time);
-    const double sampleID = identifier + 1;
+    sample.set("time", time);  // the scheduled time, not the clock's
+    writeScaleSample(sample, index, identifier + 1);
+    return identifier + 1;
+}
+
+void StatCollector::writeScaleSample(SampleFields& sample, int index, double sampleID) {
     for (SampleFields& item : sample.items)
         item.set("sample", sampleID);
     sample.set("sample", sampleID);
-    sample.set("time", time);  // the scheduled time, not the clock's
     addScaleSample(sample, index);
     insertSample(sample, index);
-    return sampleID;
 }
 
 void StatCollector::fillGapsAtIndex(int index) {
@@ -207,11 +211,18 @@ void StatCollector::fillGapsAtIndex(int index) {
             row.nextTime += row.interval;
         return;
     }
-    const double now = ports_.clock.now();
-    const double cutoff = now - static_cast<double>(SampleRing::kSlots) * row.interval;
+    addGaps(index, ports_.clock.now());
+    row.nextTime = row.time + row.interval;
+}
+
+/// Up to and with that time, which isn't past now.
+void StatCollector::addGaps(int index, double until) {
+    sampleindexconfig& row = sampleIndex_[static_cast<std::size_t>(index)];
+    const double cutoff =
+        ports_.clock.now() - static_cast<double>(SampleRing::kSlots) * row.interval;
     const bool skips = row.interval != kEverySlotInterval;
     const double last = skips ? lastSlotLongBefore(cutoff, row) : row.time;
-    for (double time = last + row.interval; time <= now; time += row.interval) {
+    for (double time = last + row.interval; time <= until; time += row.interval) {
         if (time < cutoff && skips)
             continue;
         row.sampleID += 1;
@@ -221,7 +232,6 @@ void StatCollector::fillGapsAtIndex(int index) {
             addScaleSample(gap, index);
         insertSample(gap, index);
     }
-    row.nextTime = row.time + row.interval;
 }
 
 void StatCollector::fillGaps() {

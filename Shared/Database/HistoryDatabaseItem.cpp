@@ -11,8 +11,8 @@
 #include "Platform/Witness.h"
 #include "Platform/WorkQueues.h"
 #include "Shared/Assertion.h"
-#include "Shared/External/Logging/LGLog.h"
 #include "Shared/Database/HistoryRecordList.h"
+#include "Shared/External/Logging/LGLog.h"
 
 namespace vantor::inline VANTOR_MODULE {
 namespace {
@@ -40,8 +40,11 @@ struct HistoryDatabaseItem::Parts {
 
     void openDatabase();
     void addItem(HistoryRecord record);
+    void commit();
+    void tryToRead();
     void commitBatch();
     void takeBatch();
+    void forgetWrites();
     std::size_t writeBatch();
     void query(const Closure& closure);
     [[noreturn]] void failReentrant();
@@ -57,8 +60,10 @@ struct HistoryDatabaseItem::Parts {
     HistoryRecordList waiting;  // the queries
     bool toldOfDropped = false;
 
-    HistoryRecordList batch;  // the queue's own, as is the text
+    HistoryRecordList batch;  // the queue's own, as are the next three
     std::string sql;
+    enum class Writes { allowed, held, awaited } writes = Writes::allowed;
+    Attempt attempt;                     // of a file whose writes are held
     std::unique_ptr<SerialQueue> queue;  // ends first, when it has run what it had
 };
 
@@ -86,6 +91,23 @@ void HistoryDatabaseItem::Parts::addItem(HistoryRecord record) {
             "The history of {} isn't being written; its oldest samples are dropped.", name));
 }
 
+void HistoryDatabaseItem::Parts::commit() {
+    if (writes == Writes::allowed)
+        commitBatch();
+    else if (writes == Writes::held)
+        tryToRead();
+}
+
+void HistoryDatabaseItem::Parts::tryToRead() {
+    takeBatch();
+    const std::size_t statements = batch.size();
+    batch.clear();
+    if (attempt(database))
+        writes = Writes::awaited;
+    if (ports.witness != nullptr)
+        ports.witness->committed(name, statements, statements);
+}
+
 /// The transaction's beginning isn't asked for: without one each statement is written by itself.
 /// One that an end was refused for is still there at the next batch, whose statements join it and
 /// whose end ends it.
@@ -108,6 +130,12 @@ void HistoryDatabaseItem::Parts::commitBatch() {
 void HistoryDatabaseItem::Parts::takeBatch() {
     const std::scoped_lock lock(mutex);
     std::swap(batch, waiting);
+    toldOfDropped = false;
+}
+
+void HistoryDatabaseItem::Parts::forgetWrites() {
+    const std::scoped_lock lock(mutex);
+    waiting.clear();
     toldOfDropped = false;
 }
 
@@ -147,8 +175,24 @@ HistoryDatabaseItem::~HistoryDatabaseItem() = default;
 void HistoryDatabaseItem::addItem(HistoryRecord record) { parts_->addItem(std::move(record)); }
 
 void HistoryDatabaseItem::commit() {
-    parts_->queue->async([parts = parts_.get()] { parts->commitBatch(); });
+    parts_->queue->async([parts = parts_.get()] { parts->commit(); });
 }
+
+void HistoryDatabaseItem::holdWrites(Attempt attempt) {
+    parts_->queue->async([parts = parts_.get(), kept = std::move(attempt)]() mutable {
+        parts->writes = Parts::Writes::held;
+        parts->attempt = std::move(kept);
+    });
+}
+
+void HistoryDatabaseItem::allowWrites() {
+    parts_->queue->async([parts = parts_.get()] {
+        parts->writes = Parts::Writes::allowed;
+        parts->attempt = nullptr;
+    });
+}
+
+void HistoryDatabaseItem::forgetWrites() { parts_->forgetWrites(); }
 
 void HistoryDatabaseItem::queryDatabase(const Closure& closure) {
     if (parts_->queue->isCurrent())

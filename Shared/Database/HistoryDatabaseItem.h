@@ -24,13 +24,15 @@ namespace vantor::inline VANTOR_MODULE {
 /// Errors: none are reported. A file that can't be opened makes an item whose reads and writes
 ///         quietly do nothing; a write that fails leaves the others of its batch alone. A batch
 ///         that can't have its transaction is written a statement at a time. Whatever stopped a
-///         batch, the next one goes on as if nothing had been.
+///         batch, the next one goes on as if nothing had been. A file that couldn't be read when
+///         its history was to be loaded isn't written before it could be (`holdWrites`).
 /// Thread: any, but `queryDatabase` never on the item's own queue, which ends the process, and
 ///         `close` only while no task of the queue is running. No closure may hold the item's last
 ///         owner.
 class HistoryDatabaseItem {
 public:
     using Closure = std::function<void(SQLDatabase&)>;
+    using Attempt = std::function<bool(SQLDatabase&)>;
 
     /// Opens the file, and makes it where there is none.
     HistoryDatabaseItem(const Ports& ports, const std::filesystem::path& path,
@@ -46,6 +48,14 @@ public:
     /// Writes all that waits when its turn on the queue comes, in one exclusive transaction; with
     /// nothing waiting the transaction is an empty one. Doesn't wait.
     void commit();
+    /// From here on a commit writes nothing: it makes the attempt, on the queue, and its batch has
+    /// failed. When one attempt has succeeded no more are made, and what comes after it waits for
+    /// `allowWrites`.
+    void holdWrites(Attempt attempt);
+    /// From here on a commit writes what waits.
+    void allowWrites();
+    /// Drops what waits for a commit.
+    void forgetWrites();
     /// Runs `closure` on the queue and returns when it has run. A cursor that the closure leaves
     /// open stays open, and the log says so.
     void queryDatabase(const Closure& closure);

@@ -185,6 +185,9 @@ public:
     int lastErrorCode() const noexcept;
     std::string lastErrorMessage() const;
     bool hadError() const noexcept;
+    /// Whether the last call failed for a reason of the machine's, which may pass and says nothing
+    /// of what is in the file: a lock held elsewhere, a disk that fails or is full.
+    bool lastFailureMayPass() const noexcept;
     SQLError errorWithMessage(std::string message) const;
     SQLError lastError() const;
     std::int64_t lastInsertRowId();

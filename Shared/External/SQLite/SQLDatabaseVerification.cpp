@@ -28,8 +28,8 @@ bool isReportOK(sqlite3_stmt* check, SystemLog& systemLog) {
     return isOK;
 }
 
-/// Whether the reason is the machine's, not the file's: it says nothing of what is in the file.
-bool passes(int answer) noexcept {
+/// Whether the reason is the machine's, not the file's.
+bool mayPass(int answer) noexcept {
     switch (answer & 0xFF) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
@@ -49,13 +49,17 @@ bool passes(int answer) noexcept {
 
 bool isIntegrityReportOK(std::string_view report) { return lowerCased(trimmed(report)) == "ok"; }
 
+bool SQLDatabase::lastFailureMayPass() const noexcept {
+    return db_ != nullptr && mayPass(lastErrorCode());
+}
+
 bool SQLDatabase::isDatabaseValid() {
     sqlite3_stmt* handle = nullptr;
     int answer = sqlite3_prepare_v2(db_, "PRAGMA integrity_check", -1, &handle, nullptr);
     const SQLStatement check(handle);
     // The first look into a file reads its schema and takes back a write that was cut short: a
     // lock held elsewhere or a disk that fails for a while is met there already.
-    if (answer != SQLITE_OK && !passes(answer))
+    if (answer != SQLITE_OK && !mayPass(answer))
         return false;
     if (answer == SQLITE_OK)
         answer = sqlite3_step(handle);  // only the first line of the report counts

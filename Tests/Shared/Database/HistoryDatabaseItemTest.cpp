@@ -282,6 +282,33 @@ TEST_F(HistoryDatabaseItemTest, WhatATransactionThatIsTakenBackHadFailsWithIt) {
     EXPECT_THAT(world.journal.commits, ElementsAre(Commit{"cpu.db", 3, 2}));
 }
 
+TEST_F(HistoryDatabaseItemTest, WhileWritesAreHeldNothingIsWrittenAndEachCommitTries) {
+    int attempts = 0;
+    item.holdWrites([&](SQLDatabase&) { return ++attempts == 2; });
+    add({1});
+    item.commit();
+    EXPECT_EQ(item.queries(), 0U);
+    add({2});
+    item.commit();
+    add({3});
+    item.commit();
+    EXPECT_EQ(item.queries(), 1U);  // waits for the permission
+    EXPECT_THAT(numbersOf(item), IsEmpty());
+    EXPECT_EQ(attempts, 2);
+    EXPECT_THAT(world.journal.commits, ElementsAre(Commit{"cpu.db", 1, 1}, Commit{"cpu.db", 1, 1}));
+}
+
+TEST_F(HistoryDatabaseItemTest, WhenWritesAreAllowedAgainTheNextCommitWritesThem) {
+    item.holdWrites([](SQLDatabase&) { return true; });
+    item.commit();
+    add({1});
+    item.forgetWrites();
+    add({2});
+    item.allowWrites();
+    item.commit();
+    EXPECT_THAT(numbersOf(item), ElementsAre(2));
+}
+
 /// The same on queues with threads.
 class HistoryDatabaseItemThreadsTest : public testing::Test {
 protected:
