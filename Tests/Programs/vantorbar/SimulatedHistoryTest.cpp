@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include "Programs/vantorbar/HistoryTool.h"
 #include "Programs/vantorbar/SimulateCommand.h"
 #include "Tests/Support/HistoryFile.h"
 #include "Tests/Support/TemporaryFolder.h"
@@ -108,6 +109,28 @@ TEST_F(SimulatedHistoryTest, AKilledProgramLosesWhatItHadNotWritten) {
     ASSERT_EQ(simulateEvents(R"({"at": 140, "kill": 860})"), 0) << errors.str();
     EXPECT_EQ(file("cpu.db").number("SELECT count(*) FROM hour_cpuhistory"), 0);
     EXPECT_TRUE(events("commit").empty());
+}
+
+TEST_F(SimulatedHistoryTest, TheGapsOfTwoKillsAreExportedWhereTheyWere) {
+    ASSERT_EQ(simulateEvents(R"({"at": 300, "kill": 60}, {"at": 700, "kill": 90})"), 0)
+        << errors.str();
+    std::ostringstream table;
+    const HistoryTool tool(folder / "out/databases", table, errors);
+    ASSERT_EQ(tool.exportSamples({.source = "cpu"}), 0) << errors.str();
+    std::istringstream lines(table.str());
+    std::string line;
+    std::getline(lines, line);  // the names of the columns
+    // What was written at 288 and 576 is there; what came after, and each first sample, isn't.
+    double time = kStart + kFirst;
+    for (; std::getline(lines, line); time += 6) {
+        const double at = time - kStart;
+        const bool isGap = (at > 288 && at < 360 + kFirst) || (at > 576 && at < 798);
+        const std::string begin =
+            fmt::format("{},{},{},", time, (time - kStart) / 6, isGap ? 1 : 0);
+        EXPECT_EQ(line.substr(0, begin.size()), begin);
+        EXPECT_EQ(line.ends_with(",,,"), isGap) << line;
+    }
+    EXPECT_EQ(time, kStart + 864 + 6);
 }
 
 TEST_F(SimulatedHistoryTest, ADamagedFileIsThrownAwayAndTheOthersKept) {
