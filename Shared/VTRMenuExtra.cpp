@@ -201,15 +201,20 @@ void VTRMenuExtra::rebuildCombinedMenu() {
     combinedMenu_->removeAllItems();
     combinedMenu_->addItem(
         createFillerItem(combinedMenu_.get(), "filler-top", VTRMakeSize(225, 3)));
-    const std::string keys = VTRObjectForKey("CombinedDropdownDisplayMode").stringValue();
-    LGLogInfo(fmt::format("Dropdown keys - {}", keys));
-    for (std::size_t begin = 0; begin <= keys.size();) {
-        const std::size_t end = std::min(keys.find(',', begin), keys.size());
-        addCombinedSection(std::string_view(keys).substr(begin, end - begin));
-        begin = end + 1;
-    }
+    const PropertyValue keys = VTRObjectForKey("CombinedDropdownDisplayMode");
+    LGLogInfo(fmt::format("Dropdown keys - {}", keys ? keys.stringValue() : "(null)"));
+    if (keys)  // nothing has no keys, where an empty text has one
+        addCombinedSections(keys.stringValue());
     if (combinedMenu_->itemArray().size() == 1)
         sayThatNothingIsEnabled(*combinedMenu_);
+}
+
+void VTRMenuExtra::addCombinedSections(std::string_view keys) {
+    for (std::size_t begin = 0; begin <= keys.size();) {
+        const std::size_t end = std::min(keys.find(',', begin), keys.size());
+        addCombinedSection(keys.substr(begin, end - begin));
+        begin = end + 1;
+    }
 }
 
 void VTRMenuExtra::addCombinedSection(std::string_view key) {

@@ -82,6 +82,7 @@ protected:
 
 private:
     void run();
+    void addCombinedSections(std::string_view keys);
     void addCombinedSection(std::string_view key);
     void setupLog();
     void loadView();
