@@ -38,6 +38,12 @@ OffscreenMenu::~OffscreenMenu() {
     menu->setHost(nullptr, nullptr);
 }
 
+void OffscreenMenu::abandon() noexcept {
+    if (VTRMenu* const menu = menu_.get())
+        menu->setHost(nullptr, nullptr);
+    menu_ = {};
+}
+
 /// A row without a mark stays as it is.
 void OffscreenMenu::displayIfNeeded() {
     VTRMenu* const menu = menu_.get();

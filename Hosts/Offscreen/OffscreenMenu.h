@@ -26,6 +26,9 @@ public:
     OffscreenMenu(const OffscreenMenu&) = delete;
     OffscreenMenu& operator=(const OffscreenMenu&) = delete;
 
+    /// Lets go of the menu without a word: the process that showed it died.
+    void abandon() noexcept;
+
     bool shows(const VTRMenu& menu) const noexcept { return menu_.get() == &menu; }
     void displayIfNeeded();
 

@@ -116,13 +116,18 @@ bool DropdownMenus::open(std::string_view name) {
     return true;
 }
 
-bool DropdownMenus::close(std::string_view name) {
+void DropdownMenus::close(std::string_view name) {
     const auto place = std::ranges::find(open_, name, &Open::name);
     if (place == open_.end())
-        return false;
+        return;
     const Open closing = std::move(*place);
     open_.erase(place);
-    return true;
+}
+
+void DropdownMenus::abandon() noexcept {
+    for (const Open& each : open_)
+        each.menu->abandon();
+    open_.clear();
 }
 
 bool DropdownMenus::highlight(std::string_view text) {

@@ -21,7 +21,7 @@ VTRMenu* menuNamed(VTRMenuExtra& extra, std::string_view name);
 std::string submenuName(VTRMenuExtra& extra, const VTRMenuItem& item);
 
 /// The dropdown of one extra, opened and closed as by somebody at the screen.
-/// Errors: whatever can't be done is false.
+/// Errors: whatever can't be done is false; closing what isn't open does nothing.
 /// Thread: main queue.
 class DropdownMenus {
 public:
@@ -29,10 +29,12 @@ public:
 
     /// The pointer rests on the row of a submenu before that opens.
     [[nodiscard]] bool open(std::string_view name);
-    [[nodiscard]] bool close(std::string_view name);
+    void close(std::string_view name);
     [[nodiscard]] bool highlight(std::string_view text);
     [[nodiscard]] bool highlightNothing();
     [[nodiscard]] bool clickLauncher(std::int64_t tag);
+    /// Nobody is told that what is open closes: the process dies.
+    void abandon() noexcept;
     bool isOpen(std::string_view name) const noexcept;
     void displayIfNeeded();
 

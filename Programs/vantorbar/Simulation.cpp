@@ -125,6 +125,8 @@ struct Simulation::Act {
     }
 
     void operator()(const Kill& kill) {
+        if (simulation.program_)
+            simulation.program_->dropdown.abandon();
         simulation.program_.reset();
         machine.mainQueue.clear();
         simulation.programStart_ =
@@ -133,13 +135,15 @@ struct Simulation::Act {
 
     void operator()(const Corruption& corruption) { simulation.corrupt(corruption); }
 
+    /// Without a program there is no item to click on, and what isn't open needs no closing.
     void operator()(const MenuOpening& opening) {
         Program* const program = simulation.program_.get();
-        simulation.require(program != nullptr, opening.opens ? "open" : "close");
+        if (program == nullptr)
+            return simulation.require(!opening.opens || opening.menu == "main", "open");
         if (opening.opens)
             simulation.require(program->dropdown.open(opening.menu), "open");
         else
-            simulation.require(program->dropdown.close(opening.menu), "close");
+            program->dropdown.close(opening.menu);
         program->host.setMenuDown(program->dropdown.isOpen("main"));
     }
 

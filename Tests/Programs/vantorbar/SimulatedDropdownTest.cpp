@@ -192,5 +192,29 @@ TEST_F(SimulatedDropdownTest, ACombinedMenuHasItsSectionsInTheUsersOrder) {
     EXPECT_EQ(rows[1]["title"], "CPU");
 }
 
+TEST_F(SimulatedDropdownTest, ACombinedMenuWithoutASettingHasNoSections) {
+    ASSERT_EQ(run(R"("extra": "combined", "outputs": [{"at": 5, "dump": "dump.json"}])"), 0)
+        << errors.str();
+    EXPECT_EQ(dropdown()["combined"].size(), 7U);
+    EXPECT_EQ(events("log").at(0)["text"], "Dropdown keys - (null)");
+}
+
+TEST_F(SimulatedDropdownTest, ADropdownThatDiesWithItsProcessIsNotSaidToClose) {
+    ASSERT_EQ(run(R"("events": [{"at": 5, "open": "main"}, {"at": 6, "open": "uptime"},
+                                {"at": 9, "kill": 2}])"),
+              0)
+        << errors.str();
+    EXPECT_EQ(events("notification").at(0)["name"], "VTRMenuStateChanged");
+    EXPECT_EQ(events("notification").at(1)["at"], 30);
+}
+
+TEST_F(SimulatedDropdownTest, ADropdownThatIsNotOpenNeedsNoClosing) {
+    EXPECT_EQ(run(R"("events": [{"at": 5, "open": "main"}, {"at": 6, "restart": 2},
+                                {"at": 7, "open": "main"}, {"at": 9, "close": "main"}])"),
+              0)
+        << errors.str();
+    EXPECT_EQ(events("daemon").size(), 2U);  // of the first opening
+}
+
 }  // namespace
 }  // namespace vantor
