@@ -1,5 +1,6 @@
 #include "Shared/Collectors/CPUStatCollector.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "Platform/Clock.h"
@@ -9,6 +10,7 @@ namespace vantor::inline VANTOR_MODULE {
 namespace {
 
 constexpr std::int64_t kMostCores = 64;
+constexpr std::int64_t kMostItems = 1024;  // for what a machine only says of itself
 
 std::int64_t believableCount(std::int64_t cores) noexcept { return cores > kMostCores ? 0 : cores; }
 
@@ -87,7 +89,9 @@ void CPUStatCollector::setup() {
     const ProcessorCounters& counters = ports().processorCounters;
     coreCount_ = counters.configuredCPUs();
     previous_.resize(counters.cpuCount());
-    for (std::size_t cpu = 0; cpu < previous_.size(); ++cpu) {
+    const auto counted = std::clamp(coreCount_, std::int64_t{0}, kMostItems);
+    const std::size_t cores = std::max(previous_.size(), static_cast<std::size_t>(counted));
+    for (std::size_t cpu = 0; cpu < cores; ++cpu) {
         auto item = std::make_unique<CPUStatCollectorItem>();
         cores_.push_back(item.get());
         mutableItems().push_back(std::move(item));
@@ -105,7 +109,8 @@ std::int64_t CPUStatCollector::logicalCoreCount() const noexcept {
 }
 
 cpu_container CPUStatCollector::dataForCPU(std::size_t index) const noexcept {
-    return {previous_[index], &cores_[index]->history()};
+    const bool isRead = index < previous_.size();
+    return {isRead ? previous_[index] : ProcessorTicks{}, &cores_[index]->history()};
 }
 
 void CPUStatCollector::measure() {
@@ -123,7 +128,7 @@ void CPUStatCollector::measure() {
 CPUShares CPUStatCollector::measureCores() noexcept {
     const bool hasBaseline = sampleIndex()[0].sampleID != kIDWithoutBaseline;
     CPUShares sum;
-    for (std::size_t cpu = 0; cpu < cores_.size(); ++cpu) {
+    for (std::size_t cpu = 0; cpu < current_.size(); ++cpu) {
         const CPUShares shares =
             hasBaseline ? sharesBetween(previous_[cpu], current_[cpu]) : CPUShares{};
         cores_[cpu]->addSample(shares.user, shares.system, shares.nice);
@@ -140,7 +145,8 @@ void CPUStatCollector::measurePhysicalCores() noexcept {
     };
     for (std::size_t core = 0; core < physicalCores_.size(); ++core) {
         const auto mean = [&](std::size_t value) {
-            return static_cast<float>((newest(2 * core, value) + newest(2 * core + 1, value)) * 0.5);
+            return static_cast<float>((newest(2 * core, value) + newest(2 * core + 1, value)) *
+                                      0.5);
         };
         physicalCores_[core]->addSample(mean(0), mean(1), 0);
     }

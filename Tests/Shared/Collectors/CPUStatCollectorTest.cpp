@@ -99,6 +99,14 @@ TEST_F(CPUStatCollectorTest, TheMeanIsOverTheCountThatTheMachineConfesses) {
     EXPECT_EQ(collector().coreCount(), 4);
 }
 
+TEST_F(CPUStatCollectorTest, ACoreThatIsCountedButNotReadHasNoSamples) {
+    counters().setCPUs(2, 4, 2, 2);
+    collector().updateStats();
+    ASSERT_EQ(collector().cpuCount(), 4U);
+    EXPECT_EQ(collector().core(1).history().sampleID(0), 1);
+    EXPECT_EQ(collector().core(2).history().sampleID(0), 0);
+}
+
 TEST_F(CPUStatCollectorTest, WithoutACountTheMeanIsZero) {
     counters().setCPUs(2, 0, 2, 2);
     collector();
