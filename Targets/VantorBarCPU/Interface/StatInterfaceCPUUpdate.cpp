@@ -155,7 +155,8 @@ std::string StatInterfaceCPU::bootTime() const {
     if (boottime() < 0)
         return "";
     const PropertyValue language = VTRObjectForKey("language");
-    return ports().regionalSettings.dateText(boottime(), "EEEE d MMM, h:mm a",
+    const double local = boottime() + ports().timeZone.secondsFromGMT(boottime());
+    return ports().regionalSettings.dateText(local, "EEEE d MMM, h:mm a",
                                              language ? std::optional(language.stringValue())
                                                       : std::nullopt);
 }

@@ -2,9 +2,11 @@
 
 #include <optional>
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "Foundation/TimeZoneRules.h"
 #include "Shared/Collectors/CPUStatCollector.h"
 #include "Shared/Collectors/LoadStatCollector.h"
 #include "Shared/Collectors/UptimeStatCollector.h"
@@ -13,6 +15,7 @@
 #include "Shared/VTRPreferenceFunctions.h"
 #include "Shared/Views/StatInterfaceView.h"
 #include "Tests/Support/World.h"
+#include "Tests/Support/ZoneFiles.h"
 
 namespace vantor {
 namespace {
@@ -240,6 +243,19 @@ TEST_F(StatInterfaceCPUTest, WhatIsNotKnownYetIsEmpty) {
     EXPECT_EQ(interface().bootTime(), "");
     EXPECT_EQ(interface().awakeTime(), "");
     EXPECT_EQ(interface().sleepTime(), "");
+}
+
+TEST_F(StatInterfaceCPUTest, TheBootIsToldByTheClocksAroundTheUser) {
+    world.machine.timeZone.setRules(
+        *TimeZoneRules::fromZoneFile(test::zoneFile({}, {0}, "IST-5:30")));
+    world.machine.regionalSettings.setDateWriter(
+        [](double localSeconds, std::string_view, const std::string&) {
+            return fmt::format("{:.0f}", localSeconds);
+        });
+    world.machine.bootTime.setBootSeconds(1'425'000'000);
+    UptimeStatCollector::sharedUptimeCollector().loadUptime();
+
+    EXPECT_EQ(interface().bootTime(), "1425019800");
 }
 
 TEST_F(StatInterfaceCPUTest, AHighlightTakesEffectWhenTheQueueRuns) {
