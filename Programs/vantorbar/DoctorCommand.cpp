@@ -8,8 +8,8 @@
 #include <fmt/format.h>
 
 #include "Platform/Linux/LinuxPlatform.h"
+#include "Programs/Common/ProgramDirectories.h"
 #include "Programs/vantorbar/Doctor.h"
-#include "Programs/vantorbar/ProgramDirectories.h"
 
 namespace vantor {
 namespace {

@@ -10,8 +10,8 @@
 #include <fmt/format.h>
 
 #include "Platform/Simulated/Journal.h"
+#include "Programs/Common/HistoryTool.h"
 #include "Programs/vantorbar/HistoryFollower.h"
-#include "Programs/vantorbar/HistoryTool.h"
 #include "Programs/vantorbar/SimulateCommand.h"
 #include "Programs/vantorbar/Simulation.h"
 

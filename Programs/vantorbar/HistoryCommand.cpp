@@ -10,9 +10,9 @@
 #include <CLI/CLI.hpp>
 
 #include "Platform/Linux/LinuxDirectories.h"
+#include "Programs/Common/HistoryTool.h"
+#include "Programs/Common/ProgramDirectories.h"
 #include "Programs/vantorbar/FollowHistory.h"
-#include "Programs/vantorbar/HistoryTool.h"
-#include "Programs/vantorbar/ProgramDirectories.h"
 
 namespace vantor {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <ostream>
 
-#include "Programs/vantorbar/StateDump.h"
+#include "Programs/Common/PropertyJSON.h"
 
 namespace vantor {
 namespace {

@@ -6,8 +6,8 @@
 #include <memory>
 #include <string>
 
-#include "Programs/vantorbar/HistoryFileReader.h"
-#include "Programs/vantorbar/HistorySource.h"
+#include "Programs/Common/HistoryFileReader.h"
+#include "Programs/Common/HistorySource.h"
 #include "Shared/Collectors/StatCollectorItem.h"
 
 namespace vantor {

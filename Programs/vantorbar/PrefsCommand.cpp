@@ -8,7 +8,7 @@
 #include <CLI/CLI.hpp>
 
 #include "Platform/Linux/LinuxPlatform.h"
-#include "Programs/vantorbar/ProgramDirectories.h"
+#include "Programs/Common/ProgramDirectories.h"
 #include "Programs/vantorbar/SettingsTool.h"
 #include "Shared/VTRPreferences.h"
 

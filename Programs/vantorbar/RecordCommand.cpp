@@ -15,7 +15,7 @@
 
 #include "Hosts/None/NoHost.h"
 #include "Platform/Linux/LinuxPlatform.h"
-#include "Programs/vantorbar/ProgramDirectories.h"
+#include "Programs/Common/ProgramDirectories.h"
 #include "Programs/vantorbar/ScenarioRecorder.h"
 #include "Programs/vantorbar/SignalWatch.h"
 #include "Shared/ProcessContext.h"

@@ -15,7 +15,7 @@
 #include "Hosts/Offscreen/MemoryHost.h"
 #include "Hosts/Text/LineHost.h"
 #include "Hosts/Text/TextHost.h"
-#include "Programs/vantorbar/ProgramDirectories.h"
+#include "Programs/Common/ProgramDirectories.h"
 #include "Targets/VantorBarCPU/VantorBarCPU.h"
 
 namespace vantor {

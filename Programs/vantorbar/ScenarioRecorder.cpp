@@ -11,7 +11,7 @@
 #include "Platform/MachineIdentity.h"
 #include "Platform/PreferenceDomain.h"
 #include "Platform/Workspace.h"
-#include "Programs/vantorbar/StateDump.h"
+#include "Programs/Common/PropertyJSON.h"
 
 namespace vantor {
 namespace {

@@ -13,8 +13,8 @@
 #include <nlohmann/json.hpp>
 
 #include "Platform/PreferenceDomain.h"
-#include "Programs/vantorbar/SettingValue.h"
-#include "Programs/vantorbar/StateDump.h"
+#include "Programs/Common/PropertyJSON.h"
+#include "Programs/Common/SettingValue.h"
 #include "Shared/PreferenceChange.h"
 #include "Shared/VTRPreferences.h"
 

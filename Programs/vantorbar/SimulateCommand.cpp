@@ -11,11 +11,11 @@
 
 #include "Platform/Linux/DatePattern.h"
 #include "Platform/Linux/LinuxDirectories.h"
+#include "Programs/Common/ProgramDirectories.h"
+#include "Programs/Common/PropertyJSON.h"
 #include "Programs/vantorbar/EventJournal.h"
 #include "Programs/vantorbar/OutputFolder.h"
-#include "Programs/vantorbar/ProgramDirectories.h"
 #include "Programs/vantorbar/Simulation.h"
-#include "Programs/vantorbar/StateDump.h"
 #include "Programs/vantorbar/ZoneFile.h"
 
 namespace vantor {

@@ -12,7 +12,7 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include "Programs/vantorbar/ProgramDirectories.h"
+#include "Programs/Common/ProgramDirectories.h"
 
 namespace vantor {
 namespace {

@@ -1,4 +1,4 @@
-#include "Programs/vantorbar/SettingValue.h"
+#include "Programs/Common/SettingValue.h"
 
 #include <cstdint>
 #include <limits>

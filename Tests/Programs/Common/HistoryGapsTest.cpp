@@ -1,4 +1,4 @@
-#include "Programs/vantorbar/HistoryGaps.h"
+#include "Programs/Common/HistoryGaps.h"
 
 #include <string_view>
 

@@ -1,4 +1,4 @@
-#include "Programs/vantorbar/HistorySource.h"
+#include "Programs/Common/HistorySource.h"
 
 #include "Platform/Simulated/SimulatedMachine.h"
 #include "Shared/Collectors/CPUStatCollector.h"

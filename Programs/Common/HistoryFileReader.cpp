@@ -1,4 +1,4 @@
-#include "Programs/vantorbar/HistoryFileReader.h"
+#include "Programs/Common/HistoryFileReader.h"
 
 #include <algorithm>
 #include <cmath>

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "Programs/vantorbar/HistoryFileReader.h"
-#include "Programs/vantorbar/HistorySource.h"
+#include "Programs/Common/HistoryFileReader.h"
+#include "Programs/Common/HistorySource.h"
 
 namespace vantor {
 

@@ -3,7 +3,7 @@
 #include <span>
 #include <vector>
 
-#include "Programs/vantorbar/HistoryFileReader.h"
+#include "Programs/Common/HistoryFileReader.h"
 
 namespace vantor {
 

@@ -1,4 +1,4 @@
-#include "Programs/vantorbar/HistoryTool.h"
+#include "Programs/Common/HistoryTool.h"
 
 #include <algorithm>
 #include <fstream>
@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "Programs/vantorbar/HistoryGaps.h"
+#include "Programs/Common/HistoryGaps.h"
 #include "Programs/vantorbar/SimulateCommand.h"
 #include "Tests/Support/HistoryFile.h"
 #include "Tests/Support/TemporaryFolder.h"

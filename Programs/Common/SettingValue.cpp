@@ -1,4 +1,4 @@
-#include "Programs/vantorbar/SettingValue.h"
+#include "Programs/Common/SettingValue.h"
 
 #include <algorithm>
 #include <array>
@@ -14,7 +14,7 @@
 
 #include "Foundation/Colour.h"
 #include "Foundation/NumberText.h"
-#include "Programs/vantorbar/StateDump.h"
+#include "Programs/Common/PropertyJSON.h"
 
 namespace vantor {
 namespace {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Programs/vantorbar/HistorySource.h"
+#include "Programs/Common/HistorySource.h"
 
 namespace vantor {
 

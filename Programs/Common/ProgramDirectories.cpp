@@ -1,4 +1,4 @@
-#include "Programs/vantorbar/ProgramDirectories.h"
+#include "Programs/Common/ProgramDirectories.h"
 
 namespace vantor {
 

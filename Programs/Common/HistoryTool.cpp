@@ -1,4 +1,4 @@
-#include "Programs/vantorbar/HistoryTool.h"
+#include "Programs/Common/HistoryTool.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,7 +10,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-#include "Programs/vantorbar/HistoryGaps.h"
+#include "Programs/Common/HistoryGaps.h"
 #include "Shared/External/SQLite/SQLDatabaseVerification.h"
 
 namespace vantor {
