@@ -14,8 +14,8 @@
 
 #include "Platform/PreferenceDomain.h"
 #include "Programs/Common/PropertyJSON.h"
+#include "Programs/Common/SettingStore.h"
 #include "Programs/Common/SettingValue.h"
-#include "Shared/PreferenceChange.h"
 #include "Shared/VTRPreferences.h"
 
 namespace vantor {
@@ -129,8 +129,7 @@ int SettingsTool::reset(std::string_view key) {
 
 int SettingsTool::migrate(VTRPreferences& preferences) {
     using Outcome = PreferenceMigration::Outcome;
-    preferences.setSupportsMigration(true);
-    const PreferenceMigration migration = preferences.migrateIfNeeded();
+    const PreferenceMigration migration = carryOverFormerSettings(preferences, notifications_);
     const std::string file = printable(migration.formerSettings.string());
     switch (migration.outcome) {
     case Outcome::noFormerSettings:
@@ -148,8 +147,6 @@ int SettingsTool::migrate(VTRPreferences& preferences) {
 }
 
 int SettingsTool::carriedOver(const PreferenceMigration& migration) {
-    for (const std::string& key : migration.carriedOver)
-        postPreferenceChange(key, notifications_);
     const std::size_t count = migration.carriedOver.size();
     out_ << fmt::format("{} {} carried over from \"{}\"\n", count,
                         count == 1 ? "setting" : "settings",
@@ -165,12 +162,10 @@ int SettingsTool::carriedOver(const PreferenceMigration& migration) {
 
 int SettingsTool::store(std::string_view key, const PropertyValue& value) {
     try {
-        stored_.write(key, value);
-        stored_.synchronise();
+        storeSetting(key, value, stored_, notifications_);
     } catch (const std::exception& error) {
         return complain(kFailed, fmt::format("{} can't be stored: {}", key, error.what()));
     }
-    postPreferenceChange(key, notifications_);
     return kFine;
 }
 
