@@ -216,5 +216,14 @@ TEST_F(SimulatedDropdownTest, ADropdownThatIsNotOpenNeedsNoClosing) {
     EXPECT_EQ(events("daemon").size(), 2U);  // of the first opening
 }
 
+TEST_F(SimulatedDropdownTest, AnEmptyListOfSectionsIsOneKeyOfZero) {
+    ASSERT_EQ(run(R"("extra": "combined", "preferences": {"CombinedDropdownDisplayMode": ""},
+                     "outputs": [{"at": 5, "dump": "dump.json"}])"),
+              0)
+        << errors.str();
+    EXPECT_EQ(dropdown()["combined"].size(), 2U);  // the module whose key was never set
+    EXPECT_EQ(events("log").at(1)["text"], "Adding module - ''");
+}
+
 }  // namespace
 }  // namespace vantor

@@ -1,5 +1,6 @@
 #include "Targets/VantorBarCPU/Interface/StatInterfaceCPU.h"
 
+#include <cmath>
 #include <optional>
 
 #include <fmt/format.h>
@@ -224,6 +225,52 @@ TEST_F(StatInterfaceCPUTest, AResponseWithoutProcessesChangesNothing) {
     interface().processesUpdated({{"type", "1"}});
 
     EXPECT_EQ(processRow(0).label->stringValue(), "a");
+}
+
+TEST_F(StatInterfaceCPUTest, AListMayBeEmptyOrLong) {
+    tell({process("a", 7.0)});
+
+    tell({});
+    EXPECT_EQ(processRow(0).label->stringValue(), "a");
+    tell(PropertyValue::Array(5000, process("b", 1.0)));
+
+    EXPECT_EQ(processRow(4).label->stringValue(), "b");
+    EXPECT_EQ(interface().menu()->itemArray()[10]->label, nullptr);  // no sixth row
+}
+
+TEST_F(StatInterfaceCPUTest, AUseThatIsNoNumberStaysInItsRow) {
+    tell({process("a", std::nan("")), process("b", HUGE_VAL), process("c", "busy"),
+          process("d", PropertyValue::Array{}), process("e", -1.0)});
+
+    EXPECT_EQ(processRow(0).field->stringValue(), "nan%");
+    EXPECT_EQ(processRow(1).field->stringValue(), "inf%");
+    EXPECT_EQ(processRow(2).field->stringValue(), "0.0%");
+    EXPECT_EQ(processRow(3).field->stringValue(), "0.0%");
+    EXPECT_EQ(processRow(4).field->stringValue(), "-1.0%");
+}
+
+TEST_F(StatInterfaceCPUTest, AnEndlessNameIsCutBeforeItsFigure) {
+    const auto figureOf = [this](const std::string& name) {
+        tell({process(name.c_str(), 12.5)});
+        Painting::ImageSurface surface({225, 15}, 2);
+        Painting::Context context = surface.context(Painting::Origin::upperLeft);
+        processRow(0).view()->display(context);
+        const auto left = static_cast<int>(processRow(0).field->frame().x * 2);
+        std::vector<std::uint32_t> pixels;
+        for (int y = 0; y < surface.heightPixels(); ++y)
+            for (int x = left; x < surface.widthPixels(); ++x)
+                pixels.push_back(surface.pixel(x, y));
+        return pixels;
+    };
+    EXPECT_EQ(figureOf(std::string(4096, 'W')), figureOf("a"));
+}
+
+TEST_F(StatInterfaceCPUTest, ManyCoresHaveAGraphEach) {
+    world.machine.processorCounters.setCPUs(256, 256, 256, 128);
+    const VTRMenuItem& stack = *interface().coresMenu().itemArray()[3];
+
+    EXPECT_EQ(stack.menuItemsOrdered().size(), 256U + 1);
+    EXPECT_EQ(stack.view()->frame().height, 256 * 59 + 5);
 }
 
 TEST_F(StatInterfaceCPUTest, AwakeIsNeverLongerThanUp) {
