@@ -15,13 +15,13 @@ set(panels ${CMAKE_SOURCE_DIR}/Resources/Panels)
 file(GLOB panel_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/Hosts/Panel/PanelAppearance.cpp
      ${CMAKE_SOURCE_DIR}/Hosts/Panel/PanelDirectories.cpp
      ${CMAKE_SOURCE_DIR}/Hosts/Panel/PanelSession.cpp
-     ${CMAKE_SOURCE_DIR}/Hosts/Panel/Toolkit/*.cpp)
+     ${CMAKE_SOURCE_DIR}/Hosts/Panel/Toolkit/*.cpp ${CMAKE_SOURCE_DIR}/Hosts/Gtk/Menus/*.cpp)
 add_library(vantor_panel MODULE ${panel_sources})
 set_target_properties(vantor_panel PROPERTIES OUTPUT_NAME vantor-panel
                       LIBRARY_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
-target_link_libraries(vantor_panel PRIVATE vantor_hosts PkgConfig::GTK_ALONE)
+target_link_libraries(vantor_panel PRIVATE vantor_hosts PkgConfig::GTK)
 target_compile_definitions(vantor_panel PRIVATE
-                           VANTOR_RESOURCES_DIR="${CMAKE_BINARY_DIR}/share/vantor-bar")
+                           VANTOR_RESOURCES_DIR="${VANTOR_RESOURCES_DIR}")
 
 # What all plug-ins need to find it.
 add_library(vantor_panel_library STATIC Hosts/Panel/PanelLibrary.cpp Foundation/OwnModule.cpp)

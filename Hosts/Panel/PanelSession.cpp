@@ -22,11 +22,9 @@ PanelSession::PanelSession(BarToolkit& toolkit, const DirectorySources& director
       appearance_(platform_.ports().appearance, platform_.distributedNotifications(), isDark),
       context_(ports()), host_(toolkit, placeOptions()), extra_(host_) {
     host_.setExtra(&extra_);
-    mainQueue().setAfterCalls([this] { displayIfNeeded(); });
 }
 
 PanelSession::~PanelSession() {
-    mainQueue().setAfterCalls({});
     host_.setExtra(nullptr);
     extra_.willUnload();
 }

@@ -27,7 +27,8 @@ public:
     /// What the panel's main loop has to serve.
     LinuxMainQueue& mainQueue() noexcept { return platform_.mainQueue(); }
     void setDark(bool isDark) { appearance_.setDark(isDark); }
-    /// After anything that may have changed the item outside of the main queue's calls.
+    // Before the loop sleeps.
+    bool needsDisplay() const noexcept { return host_.needsDisplay(); }
     void displayIfNeeded();
 
 private:

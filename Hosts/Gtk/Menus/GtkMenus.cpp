@@ -139,6 +139,8 @@ bool GtkMenus::grab(GtkMenuWindow& window) noexcept {
                       nullptr, event.get(), show, &window) == GDK_GRAB_SUCCESS;
     if (grabbed)
         gtk_grab_add(window.widget());  // what comes for others of our windows, too
+    if (grabbed && openChanged_)
+        openChanged_(true);
     return grabbed;
 }
 
@@ -164,6 +166,8 @@ void GtkMenus::release() noexcept {
     gtk_grab_remove(first);
     gdk_seat_ungrab(seatOf(first));
     holdKeyboard(false);
+    if (openChanged_)
+        openChanged_(false);
 }
 
 void GtkMenus::closeAll() noexcept {

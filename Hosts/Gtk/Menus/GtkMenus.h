@@ -32,6 +32,9 @@ public:
     /// Where the next one opens: `widget` is shown on the screen, `rect` in its window's points.
     void setAnchor(GtkWidget* widget, const GdkRectangle& rect, MenuDirection direction) noexcept;
     void setPressElsewhere(PressElsewhere handler) { pressElsewhere_ = std::move(handler); }
+    /// Told when the first window has come, and when it goes.
+    using OpenChanged = std::function<void(bool isOpen)>;
+    void setOpenChanged(OpenChanged handler) { openChanged_ = std::move(handler); }
     GtkWidget* anchor() const noexcept { return anchor_; }
     bool isOpen() const noexcept { return !windows_.empty(); }
     /// The widget goes, and what is open there with it.
@@ -72,6 +75,7 @@ private:
     GdkRectangle anchorRect_{};
     MenuDirection direction_ = MenuDirection::down;
     PressElsewhere pressElsewhere_;
+    OpenChanged openChanged_;
     MenuWindowsOwner* owner_ = nullptr;
     std::vector<std::unique_ptr<GtkMenuWindow>> windows_;  // each hangs at the one before
     std::vector<std::unique_ptr<GtkMenuWindow>> abandoned_;

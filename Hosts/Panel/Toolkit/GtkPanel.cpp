@@ -12,6 +12,11 @@ GtkPanel& GtkPanel::shared() {
     return *panel;
 }
 
+GtkPanel::GtkPanel() {
+    menus_.setPressElsewhere([this](const GdkEventButton& event) { return pressElsewhere(event); });
+    menus_.setOpenChanged([this](bool isOpen) { menuChanged(isOpen); });
+}
+
 GtkWidget* GtkPanel::makePlace(const VantorPanelOptions& options) {
     places_.push_back(std::make_unique<GtkPlace>(BarID{++placesMade_}, options, listener()));
     GtkPlace& place = *places_.back();
@@ -20,18 +25,14 @@ GtkWidget* GtkPanel::makePlace(const VantorPanelOptions& options) {
     else
         owner_->barsChanged();
     place.setLength(length_);
-    if (session_ != nullptr)
-        session_->displayIfNeeded();
     return place.widget();
 }
 
 GtkPlace::Listener GtkPanel::listener() {
     return {.pressed =
                 [this](const GtkPlace& place) {
-                    if (owner_ == nullptr)
-                        return;
-                    owner_->itemPressed(place.id());
-                    session_->displayIfNeeded();
+                    if (owner_ != nullptr)
+                        owner_->itemPressed(place.id());
                 },
             .changed = [this](const GtkPlace& place) { placeChanged(place); },
             .destroyed = [this](const GtkPlace& place) { placeDestroyed(place); },
@@ -51,6 +52,8 @@ void GtkPanel::placeChanged(const GtkPlace& place) {
 }
 
 void GtkPanel::placeDestroyed(const GtkPlace& place) {
+    if (menus_.anchor() == place.widget())
+        menus_.removeAnchor();
     const auto found = std::ranges::find(places_, &place, &std::unique_ptr<GtkPlace>::get);
     const std::unique_ptr<GtkPlace> ended = std::move(*found);
     places_.erase(found);
@@ -71,7 +74,7 @@ void GtkPanel::begin() {
     try {
         session_ = std::make_unique<PanelSession>(*this, panelDirectories(),
                                                   places_.front()->isDark());
-        source_ = std::make_unique<QueueSource>(session_->mainQueue());
+        source_ = std::make_unique<QueueSource>(*session_);
     } catch (const std::exception& error) {
         session_.reset();
         g_warning("vantorbar: %s", error.what());
@@ -95,6 +98,26 @@ void GtkPanel::listBars(std::vector<BarPlace>& into) const {
     into.clear();
     for (const auto& place : places_)
         into.push_back({place->id(), place->scale()});
+}
+
+MenuWindows& GtkPanel::menusAt(BarID bar) noexcept {
+    for (const auto& place : places_)
+        if (place->id() == bar)
+            menus_.setAnchor(place->widget(), place->wholeRect(), place->menuDirection());
+    return menus_;
+}
+
+/// The item is pressed while its menu holds the pointer, there or in another place.
+bool GtkPanel::pressElsewhere(const GdkEventButton& event) noexcept {
+    return std::ranges::any_of(places_, [&](const auto& place) {
+        return event.window == gtk_widget_get_window(place->widget()) && place->handlePress(event);
+    });
+}
+
+void GtkPanel::menuChanged(bool isOpen) noexcept {
+    for (const auto& place : places_)
+        if (place->widget() == menus_.anchor())
+            place->menuChanged(isOpen);
 }
 
 void GtkPanel::setItemLength(double length) noexcept {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Hosts/Gtk/BarToolkit.h"
+#include "Hosts/Gtk/Menus/GtkMenus.h"
 #include "Hosts/Panel/PanelSession.h"
 #include "Hosts/Panel/Toolkit/GtkPlace.h"
 #include "Hosts/Panel/Toolkit/QueueSource.h"
@@ -24,7 +25,7 @@ public:
 private:
     using Places = std::vector<std::unique_ptr<GtkPlace>>;
 
-    GtkPanel() = default;
+    GtkPanel();
 
     bool open(DisplaySystem) noexcept override { return true; }  // the panel has done that
     bool isLost() const noexcept override { return false; }
@@ -34,6 +35,7 @@ private:
     void setItemLength(double length) noexcept override;
     void repaintItem(BarID bar, const Rect& part) noexcept override;
     void repaintBars() noexcept override;
+    MenuWindows& menusAt(BarID bar) noexcept override;
     BarWait serve() override { return {}; }  // the panel's loop does
 
     GtkPlace::Listener listener();
@@ -41,11 +43,14 @@ private:
     void placeDestroyed(const GtkPlace& place);
     void begin();
     void endIfUnused() noexcept;
+    bool pressElsewhere(const GdkEventButton& event) noexcept;
+    void menuChanged(bool isOpen) noexcept;
 
     Places places_;
     std::uint32_t placesMade_ = 0;
     double length_ = 0;
     BarOwner* owner_ = nullptr;
+    GtkMenus menus_;
     std::unique_ptr<PanelSession> session_;
     std::unique_ptr<QueueSource> source_;
 };

@@ -87,14 +87,39 @@ gboolean GtkPlace::drawn(GtkWidget*, cairo_t* cairo, gpointer self) noexcept {
     return TRUE;
 }
 
-gboolean GtkPlace::pressed(GtkWidget*, GdkEventButton* event, gpointer self) noexcept {
-    auto* const place = static_cast<GtkPlace*>(self);
-    if (event->button != GDK_BUTTON_PRIMARY)
-        return FALSE;  // the panel has menus of its own
+bool GtkPlace::handlePress(const GdkEventButton& event) noexcept {
+    if (event.button != GDK_BUTTON_PRIMARY)
+        return false;  // the panel has menus of its own
     // A double click is told as two presses, and then once more as what it is.
-    if (event->type == GDK_BUTTON_PRESS)
-        place->listener_.pressed(*place);
-    return TRUE;
+    if (event.type == GDK_BUTTON_PRESS)
+        listener_.pressed(*this);
+    return true;
+}
+
+gboolean GtkPlace::pressed(GtkWidget*, GdkEventButton* event, gpointer self) noexcept {
+    return static_cast<GtkPlace*>(self)->handlePress(*event) ? TRUE : FALSE;
+}
+
+GdkRectangle GtkPlace::wholeRect() const noexcept {
+    return {0, 0, gtk_widget_get_allocated_width(widget_),
+            gtk_widget_get_allocated_height(widget_)};
+}
+
+MenuDirection GtkPlace::menuDirection() const noexcept {
+    GdkWindow* const window = gtk_widget_get_window(widget_);
+    int x = 0, y = 0;
+    gdk_window_get_origin(window, &x, &y);  // 0, 0 on Wayland, where nobody is told
+    GdkRectangle screen;
+    gdk_monitor_get_geometry(
+        gdk_display_get_monitor_at_window(gtk_widget_get_display(widget_), window), &screen);
+    if (maximumWidth_ > 0)
+        return 2 * (x - screen.x) < screen.width ? MenuDirection::right : MenuDirection::left;
+    return 2 * (y - screen.y) < screen.height ? MenuDirection::down : MenuDirection::up;
+}
+
+void GtkPlace::menuChanged(bool isOpen) const noexcept {
+    if (options_.menuChanged != nullptr)
+        options_.menuChanged(options_.data, isOpen);
 }
 
 void GtkPlace::restyled(GtkWidget*, gpointer self) noexcept {

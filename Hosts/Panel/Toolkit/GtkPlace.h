@@ -5,6 +5,7 @@
 #include <gtk/gtk.h>
 
 #include "Hosts/Gtk/BarToolkit.h"
+#include "Hosts/Gtk/Menus/GtkMenus.h"
 #include "Hosts/Panel/PanelItem.h"
 
 namespace vantor {
@@ -33,6 +34,12 @@ public:
     void setLength(double length) noexcept;
     void setMaximumWidth(double width) noexcept;
     void repaint(const Rect& part) noexcept;
+    /// All of the widget, and where menus go from it: away from the edge of its screen.
+    GdkRectangle wholeRect() const noexcept;
+    MenuDirection menuDirection() const noexcept;
+    void menuChanged(bool isOpen) const noexcept;
+    /// Whether it is one that the item listens to.
+    bool handlePress(const GdkEventButton& event) noexcept;
     void repaint() noexcept { gtk_widget_queue_draw(widget_); }
 
 private:

@@ -17,7 +17,7 @@ struct QueueSource::Record {
     QueueSource* self;
 };
 
-QueueSource::QueueSource(LinuxMainQueue& queue) : queue_(queue) {
+QueueSource::QueueSource(PanelSession& session) : session_(session) {
     static GSourceFuncs functions{prepare, check, dispatch, nullptr, nullptr, nullptr};
     source_ = g_source_new(&functions, sizeof(Record));
     reinterpret_cast<Record*>(source_)->self = this;
@@ -37,7 +37,7 @@ QueueSource& QueueSource::self(GSource* source) noexcept {
 
 gboolean QueueSource::prepare(GSource* source, gint* timeout) noexcept {
     QueueSource& own = self(source);
-    const LinuxMainQueue::Wait wait = own.queue_.prepareToWait();
+    const LinuxMainQueue::Wait wait = own.session_.mainQueue().prepareToWait();
     if (!own.isSame(wait.descriptors))
         own.follow(wait.descriptors);
     const std::int64_t microseconds =
@@ -46,7 +46,7 @@ gboolean QueueSource::prepare(GSource* source, gint* timeout) noexcept {
     *timeout = static_cast<gint>(std::min(
         (microseconds + kMicrosecondsInMillisecond - 1) / kMicrosecondsInMillisecond,
         kLongestWait));
-    return microseconds <= 0 ? TRUE : FALSE;
+    return microseconds <= 0 || own.session_.needsDisplay() ? TRUE : FALSE;
 }
 
 gboolean QueueSource::check(GSource* source) noexcept {
@@ -64,7 +64,8 @@ gboolean QueueSource::dispatch(GSource* source, GSourceFunc, gpointer) noexcept 
     QueueSource& own = self(source);
     own.isServing_ = true;
     try {
-        own.queue_.runOnce(0);
+        own.session_.mainQueue().runOnce(0);
+        own.session_.displayIfNeeded();
     } catch (const std::exception& error) {
         g_warning("vantorbar: %s", error.what());
     }

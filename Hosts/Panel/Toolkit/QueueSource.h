@@ -5,16 +5,17 @@
 
 #include <glib.h>
 
-#include "Platform/Linux/LinuxMainQueue.h"
+#include "Hosts/Panel/PanelSession.h"
 
 namespace vantor {
 
-/// Has GLib's default main loop serve the main queue, in a program whose loop that is.
+/// Has GLib's default main loop serve a session, in a program whose loop that is: its main queue,
+/// and what is to be displayed before the loop sleeps.
 /// Thread: the one of that loop.
 class QueueSource {
 public:
-    /// The queue outlives it.
-    explicit QueueSource(LinuxMainQueue& queue);
+    /// The session outlives it.
+    explicit QueueSource(PanelSession& session);
     ~QueueSource();
     QueueSource(const QueueSource&) = delete;
     QueueSource& operator=(const QueueSource&) = delete;
@@ -37,7 +38,7 @@ private:
     void follow(std::span<const pollfd> descriptors);
     bool isSame(std::span<const pollfd> descriptors) const noexcept;
 
-    LinuxMainQueue& queue_;
+    PanelSession& session_;
     GSource* source_;
     std::vector<Descriptor> descriptors_;
     std::int64_t due_ = 0;  // microseconds of GLib's clock
