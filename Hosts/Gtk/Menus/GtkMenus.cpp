@@ -139,8 +139,8 @@ bool GtkMenus::grab(GtkMenuWindow& window) noexcept {
                       nullptr, event.get(), show, &window) == GDK_GRAB_SUCCESS;
     if (grabbed)
         gtk_grab_add(window.widget());  // what comes for others of our windows, too
-    if (grabbed && openChanged_)
-        openChanged_(true);
+    if (grabbed)
+        tellOpen(true);
     return grabbed;
 }
 
@@ -166,8 +166,12 @@ void GtkMenus::release() noexcept {
     gtk_grab_remove(first);
     gdk_seat_ungrab(seatOf(first));
     holdKeyboard(false);
-    if (openChanged_)
-        openChanged_(false);
+    tellOpen(false);
+}
+
+void GtkMenus::tellOpen(bool isOpen) noexcept {
+    if (std::exchange(toldOpen_, isOpen) != isOpen && openChanged_)
+        openChanged_(isOpen);
 }
 
 void GtkMenus::closeAll() noexcept {

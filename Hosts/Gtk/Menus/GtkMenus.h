@@ -63,6 +63,7 @@ private:
     bool grab(GtkMenuWindow& window) noexcept;
     void release() noexcept;
     void holdKeyboard(bool holds) noexcept;
+    void tellOpen(bool isOpen) noexcept;
     void closeAll() noexcept;
     GtkMenuWindow* find(MenuWindowID window) const noexcept;
     const GtkMenuWindow* windowAt(const GdkEvent* event, Point& point) const noexcept;
@@ -80,7 +81,7 @@ private:
     std::vector<std::unique_ptr<GtkMenuWindow>> windows_;  // each hangs at the one before
     std::vector<std::unique_ptr<GtkMenuWindow>> abandoned_;
     std::uint32_t windowsMade_ = 0;
-    bool holdsKeyboard_ = false;
+    bool holdsKeyboard_ = false, toldOpen_ = false;
     int keyboardMode_ = 0;  // the layer's, before
 };
 

@@ -20,7 +20,8 @@ using testing::HasSubstr;
 
 constexpr int kWidth = 600, kHeight = 160, kPanelHeight = 26, kSideWidth = 30;
 // Inside the panel, away from the items at its left end and its right end.
-constexpr int kEmptyX = 200, kEmptyY = 6;
+constexpr int kEmptyX = 400, kEmptyY = 6;
+constexpr int kMenuX = 60, kMenuY = 60;  // inside of a menu below the item
 
 const fs::path kPlugins = VANTOR_PLUGINS_DIR, kPanels = VANTOR_PANELS_DIR;
 
@@ -44,6 +45,14 @@ protected:
                              stand.pixel(kEmptyX, kEmptyY)))
                 width = column + 1;
         return width;
+    }
+    /// Whether something is shown below the panel.
+    bool menuIsThere() const { return stand.pixel(kMenuX, kMenuY) != 0; }
+    void pressItem() const { stand.press(12, kPanelHeight / 2); }
+    void expectMenuOnPress() {
+        ASSERT_TRUE(itemComes());
+        pressItem();
+        EXPECT_TRUE(stand.comes([&] { return menuIsThere(); }));
     }
     void set(const std::string& key, const std::string& value) const {
         stand.run({VANTOR_PROGRAM, "prefs", "set", key, value});
@@ -105,6 +114,27 @@ TEST_F(XfcePanelTest, ItsWidthFollowsTheSettings) {
     EXPECT_TRUE(stand.comes([&] { return itemWidth() > before + 20; }));
 }
 
+TEST_F(XfcePanelTest, APressOpensTheDropdownAndEscapeClosesIt) {
+    startPanel();
+    expectMenuOnPress();
+    stand.run({"xdotool", "key", "Escape"});
+    EXPECT_TRUE(stand.comes([&] { return !menuIsThere(); }));
+}
+
+TEST_F(XfcePanelTest, TheSecondPressClosesTheDropdown) {
+    startPanel();
+    expectMenuOnPress();
+    pressItem();
+    EXPECT_TRUE(stand.comes([&] { return !menuIsThere(); }));
+}
+
+TEST_F(XfcePanelTest, ThePanelEndsWithTheItemInIt) {
+    startPanel();
+    ASSERT_TRUE(itemComes());
+    stand.end();
+    EXPECT_TRUE(stand.comes([&] { return stand.pixel(kEmptyX, kEmptyY) == 0; }));
+}
+
 TEST_F(XfcePanelTest, InAPanelAtTheSideItIsNoWiderThanThePanel) {
     configure("p=5;x=0;y=0", 1, kSideWidth);
     startPanel();
@@ -145,6 +175,11 @@ TEST_F(MatePanelTest, TheItemStandsInThePanel) {
     EXPECT_TRUE(itemComes());
 }
 
+TEST_F(MatePanelTest, APressOpensTheDropdown) {
+    stand.start({"mate-panel"});
+    expectMenuOnPress();
+}
+
 class ModuleTest : public PanelTest {
 protected:
     void SetUp() override { begin("Xvfb"); }
@@ -155,6 +190,11 @@ protected:
 TEST_F(ModuleTest, TheItemStandsInTheBar) {
     stand.start({VANTOR_PANEL_STAGE, module});
     EXPECT_TRUE(itemComes());
+}
+
+TEST_F(ModuleTest, APressOpensTheDropdown) {
+    stand.start({VANTOR_PANEL_STAGE, module});
+    expectMenuOnPress();
 }
 
 TEST_F(ModuleTest, ComingAndGoingLeavesNothingBehind) {
