@@ -77,7 +77,7 @@ std::vector<SampleFields> samplesOfQuery(SQLDatabase& database, std::string_view
         return samples;
     const SampleColumns columns(*rows, config);
     samples.reserve(SampleRing::kSlots + 1);
-    while (rows->next())
+    while (samples.size() < kMostRows && rows->next())
         samples.push_back(columns.read(*rows));
     return samples;
 }

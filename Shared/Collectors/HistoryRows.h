@@ -18,8 +18,11 @@ namespace vantor::inline VANTOR_MODULE {
 /// `format` with the table's name in place of "%@".
 std::string historyStatement(std::string_view format, std::string_view table);
 
-/// The rows, each with those figures that a sample of this collector can have; without any where
-/// the query fails.
+/// A file that gives more rows at a time than this isn't ours.
+inline constexpr std::size_t kMostRows = 32'768;
+
+/// The rows, kMostRows at most, each with those figures that a sample of this collector can have;
+/// without any where the query fails.
 std::vector<SampleFields> samplesOfQuery(SQLDatabase& database, std::string_view sql,
                                          std::span<const PropertyValue> arguments,
                                          const SampleConfig& config);

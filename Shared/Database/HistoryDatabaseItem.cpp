@@ -3,6 +3,7 @@
 #include <atomic>
 #include <mutex>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include <fmt/format.h>
@@ -13,6 +14,7 @@
 #include "Shared/Assertion.h"
 #include "Shared/Database/HistoryRecordList.h"
 #include "Shared/External/Logging/LGLog.h"
+#include "Shared/External/SQLite/SQLPatience.h"
 
 namespace vantor::inline VANTOR_MODULE {
 namespace {
@@ -22,6 +24,12 @@ constexpr std::string_view kReentrant =
 constexpr std::string_view kOpenCursor =
     "Warning: there is at least one open result set around after performing "
     "[SQLDatabaseQueue inDatabase:]";
+
+bool isFarTooLarge(const std::filesystem::path& file) {
+    std::error_code unknown;  // then it isn't a file that can be read
+    const std::uintmax_t bytes = std::filesystem::file_size(file, unknown);
+    return !unknown && bytes > HistoryDatabaseItem::kFarTooLargeBytes;
+}
 
 /// `record`'s statement with the name of its table in it, in the room of `sql`.
 void fillStatement(const HistoryRecord& record, std::string& sql) {
@@ -54,6 +62,7 @@ struct HistoryDatabaseItem::Parts {
     std::optional<std::filesystem::path> path;
     SQLEnvironment environment;
     SQLDatabase database;
+    bool isHuge = false;
     std::atomic<bool> busy = false;
 
     std::mutex mutex;           // guards the next two
@@ -78,6 +87,7 @@ void HistoryDatabaseItem::Parts::openDatabase() {
     database.setShouldCacheStatements(true);
     if (!database.open())
         LGLogInfo("Could not open db.");
+    isHuge = isFarTooLarge(*database.databasePath());
 }
 
 void HistoryDatabaseItem::Parts::addItem(HistoryRecord record) {
@@ -154,7 +164,12 @@ std::size_t HistoryDatabaseItem::Parts::writeBatch() {
 }
 
 void HistoryDatabaseItem::Parts::query(const Closure& closure) {
-    closure(database);
+    {
+        std::optional<SQLPatience> patience;
+        if (isHuge)
+            patience.emplace(ports.mainQueue, database, kPatienceSeconds);
+        closure(database);
+    }
     if (database.hasOpenResultSets())
         LGLogInfo(kOpenCursor);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -34,6 +35,10 @@ public:
     using Closure = std::function<void(SQLDatabase&)>;
     using Attempt = std::function<bool(SQLDatabase&)>;
 
+    static constexpr double kPatienceSeconds = 0.2;
+    /// A hundred times what all scales of a file come to.
+    static constexpr std::uintmax_t kFarTooLargeBytes = 32 << 20;
+
     /// Opens the file, and makes it where there is none.
     HistoryDatabaseItem(const Ports& ports, const std::filesystem::path& path,
                         const SQLBusyWait& busyWait = SQLBusyWait::real());
@@ -57,7 +62,8 @@ public:
     /// Drops what waits for a commit.
     void forgetWrites();
     /// Runs `closure` on the queue and returns when it has run. A cursor that the closure leaves
-    /// open stays open, and the log says so.
+    /// open stays open, and the log says so. Where the file is far larger than ours ever are,
+    /// nobody waits for it longer than kPatienceSeconds: what it does is interrupted.
     void queryDatabase(const Closure& closure);
     /// The same, but returns at once and doesn't look for cursors.
     void queryDatabaseAsync(Closure closure);

@@ -7,10 +7,12 @@
 #include <thread>
 #include <vector>
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include "Platform/Linux/LinuxMainQueue.h"
 #include "Platform/Linux/LinuxWorkQueues.h"
 #include "Shared/Database/HistoryRecordList.h"
 #include "Tests/Support/AllocationCounter.h"
@@ -356,6 +358,30 @@ TEST_F(HistoryDatabaseItemThreadsTest, ManyThreadsAddWhileCommitsRun) {
         EXPECT_THAT(numbers, SizeIs(kRows));
         EXPECT_TRUE(std::ranges::is_sorted(numbers));
     }
+}
+
+TEST_F(HistoryDatabaseItemThreadsTest, NobodyWaitsLongForAFileThatIsFarTooLarge) {
+    item.queryDatabase([](SQLDatabase& database) {
+        database.executeStatements(fmt::format("create table large (bytes);"
+                                               "insert into large values (zeroblob({}))",
+                                               HistoryDatabaseItem::kFarTooLargeBytes));
+    });
+    LinuxMainQueue mainQueue;
+    const Ports ports =
+        overriddenPorts(withQueues(world.machine.ports(), workQueues), {.mainQueue = &mainQueue});
+    HistoryDatabaseItem large(ports, folder / "cpu.db");
+    bool mayPass = false;
+    std::thread caller([&] {
+        large.queryDatabase([&](SQLDatabase& database) {
+            database.intForQuery("with recursive n(i) as (select 1 union all select i + 1 from n) "
+                                 "select count(*) from n");  // for ever
+            mayPass = database.lastFailureMayPass();
+        });
+        mainQueue.stop();
+    });
+    mainQueue.run();
+    caller.join();
+    EXPECT_TRUE(mayPass);
 }
 
 TEST_F(HistoryDatabaseItemThreadsTest, ItsEndRunsWhatWasQueued) {
