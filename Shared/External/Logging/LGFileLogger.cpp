@@ -8,6 +8,7 @@
 
 #include "Platform/Clock.h"
 #include "Platform/SystemLog.h"
+#include "Platform/Workspace.h"
 #include "Shared/External/Logging/LGLogFileFormatterDefault.h"
 #include "Shared/External/Logging/LGLogFileManagerDefault.h"
 
@@ -99,6 +100,7 @@ AppendingFile& LGFileLogger::currentLogFileHandle() {
     ++openedFiles_;
     scheduleTimerToRollLogFileDueToAge();
     watchCurrentFile();
+    checkAgeAfterWake();
     return *currentLogFileHandle_;
 }
 
@@ -114,6 +116,16 @@ void LGFileLogger::watchCurrentFile() {
         });
     };
     currentLogFileVnode_ = ports().fileSystem.watch(currentLogFileInfo_->filePath(), gone);
+}
+
+/// The timer stands still while the machine sleeps; a file's age doesn't.
+void LGFileLogger::checkAgeAfterWake() {
+    const auto woke = [weak = weak_from_this()](const Notification&) {
+        if (const auto logger = std::static_pointer_cast<LGFileLogger>(weak.lock()))
+            logger->loggerQueue()->async(
+                [self = logger.get()] { self->maybeRollLogFileDueToAge(); });
+    };
+    didWake_ = ports().workspace.notificationCenter().observe(std::string(kWorkspaceDidWake), woke);
 }
 
 /// Where files bear no marks the newest is the live one, and all others count as archived.

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "Foundation/NotificationCenter.h"
 #include "Platform/FileSystem.h"
 #include "Platform/MainQueue.h"
 #include "Shared/External/Logging/LGAbstractLogger.h"
@@ -58,6 +59,7 @@ private:
     void writeMessage(const LGLogMessage& message);
     void reportFailure(const char* reason);
     void watchCurrentFile();
+    void checkAgeAfterWake();
     void cancelTimer() noexcept;
 
     std::uint64_t maximumFileSize_ = kDefaultMaximumFileSize;
@@ -68,6 +70,7 @@ private:
     std::unique_ptr<FileWatch> currentLogFileVnode_;
     std::uint64_t openedFiles_ = 0;  // tells what comes late from the watch of an earlier file
     MainQueue::CallID rollingTimer_ = MainQueue::CallID::none;
+    Observation didWake_;
     int failures_ = 0;
     bool toldUnsupported_ = false;
 };

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "Platform/Workspace.h"
 #include "Shared/External/Logging/LGLogFileManagerDefault.h"
 #include "Tests/Support/LogWorld.h"
 #include "Tests/Support/TemporaryFolder.h"
@@ -363,6 +364,24 @@ TEST_F(LGFileLoggerTest, ItsManagerIsToldOfRolledAndArchivedFiles) {
     told->rollLogFile();
     EXPECT_THAT(telling->told, ElementsAre(fmt::format("archived {}", kFirstName),
                                            "rolled vantorbar 2015-04-09 11-20.log"));
+}
+
+TEST_F(LGFileLoggerTest, AFileThatGrewOldWhileTheMachineSleptIsRolledWhenItWakes) {
+    LGLogInfo("one");
+    world.machine.clock.step(31 * kDay);  // a sleep passes on no timer
+    world.machine.run(60);
+    EXPECT_FALSE(isArchived(kFirstName));
+    world.context.ports().workspace.notificationCenter().post(kWorkspaceDidWake);
+    EXPECT_TRUE(isArchived(kFirstName));
+}
+
+TEST_F(LGFileLoggerTest, AYoungFileIsGoneOnWithAfterASleep) {
+    LGLogInfo("one");
+    world.machine.clock.step(29 * kDay);
+    world.context.ports().workspace.notificationCenter().post(kWorkspaceDidWake);
+    EXPECT_FALSE(isArchived(kFirstName));
+    world.machine.run(kDay + 1);
+    EXPECT_TRUE(isArchived(kFirstName));
 }
 
 // --- What goes wrong ---------------------------------------------------------------------------
