@@ -99,7 +99,10 @@ BusConnection::BusConnection(LinuxMainQueue& queue, SystemLog& log, Wording word
     : queue_(queue), log_(log), wording_(std::move(wording)), address_(std::move(address)),
       timerDeadline_(kNoDeadline) {}
 
-BusConnection::~BusConnection() { queue_.cancel(timer_); }
+BusConnection::~BusConnection() {
+    queue_.cancel(timer_);
+    queue_.cancel(retry_);
+}
 
 bool BusConnection::open() {
     if (state_ != State::unopened)
@@ -149,6 +152,13 @@ BusConnection::Slot BusConnection::onCall(const BusAddressee& to, Handler handle
 
 Observation BusConnection::onLoss(std::function<void()> lost) {
     return losses_.observe({}, [lost = std::move(lost)](const Notification&) { lost(); });
+}
+
+Observation BusConnection::onReturn(std::function<void()> returned) {
+    isWaitedFor_ = true;
+    lookForBusLater();
+    return returns_.observe({},
+                            [returned = std::move(returned)](const Notification&) { returned(); });
 }
 
 BusMessage BusConnection::newSignal(const BusAddressee& from) {
@@ -227,7 +237,17 @@ void BusConnection::serve() {
         result = sd_bus_process(bus_.get(), nullptr);
     if (result < 0)
         return lose(result);
+    noteReadiness();
     waitForMore();
+}
+
+/// A bus that has greeted us is one that may be lost, and told of, again.
+void BusConnection::noteReadiness() {
+    if (!isLossTold_ || sd_bus_is_ready(bus_.get()) <= 0)
+        return;
+    isLossTold_ = false;
+    retrySeconds_ = kFirstRetrySeconds;
+    log_.write(fmt::format("{}: it is back", wording_.bus));
 }
 
 /// Has the main queue wake us for what the connection waits for now.
@@ -267,11 +287,34 @@ void BusConnection::lose(int error) {
     watch_.end();
     setTimer(kNoDeadline);
     bus_.reset();
+    if (!std::exchange(isLossTold_, true)) {
+        tellLoss(error);
+        losses_.post({});
+    }
+    lookForBusLater();
+}
+
+void BusConnection::tellLoss(int error) {
     if (address_)
         log_.write(fmt::format("{}: {}; {}", wording_.bus, describe(error), wording_.consequence));
     else
         log_.write(fmt::format("{}: there is none; {}", wording_.bus, wording_.consequence));
-    losses_.post({});
+}
+
+void BusConnection::lookForBusLater() {
+    if (!isWaitedFor_ || !address_ || state_ != State::absent || retry_ != MainQueue::CallID::none)
+        return;
+    retry_ = queue_.after(retrySeconds_, [this] {
+        retry_ = MainQueue::CallID::none;
+        lookForBus();
+    });
+    retrySeconds_ = std::min(2 * retrySeconds_, kLongestRetrySeconds);
+}
+
+void BusConnection::lookForBus() {
+    state_ = State::unopened;
+    if (open())
+        returns_.post({});
 }
 
 }  // namespace vantor

@@ -32,7 +32,8 @@ struct BusAddressee {
 /// Nothing here waits for the bus but `flush`: connecting, subscribing and calling all go on in
 /// the background.
 /// Errors: a bus that isn't there, refuses us or goes away is told to the system log in one line,
-///         and from then on everything here does nothing.
+///         and from then on everything here does nothing. Where somebody wants to know of its
+///         return it is looked for, more and more seldom, and what was lost is then begun anew.
 /// Thread: main queue only. The queue and the log outlive it.
 class BusConnection {
 public:
@@ -61,6 +62,8 @@ public:
         std::string bus, consequence;
     };
 
+    static constexpr double kFirstRetrySeconds = 1, kLongestRetrySeconds = 60;
+
     /// Nothing for `address` means that there is no bus.
     BusConnection(LinuxMainQueue& queue, SystemLog& log, Wording wording,
                   std::optional<std::string> address);
@@ -82,6 +85,9 @@ public:
     Slot onCall(const BusAddressee& to, Handler handler);
     /// Told when the connection is lost, maybe inside one of these operations: it only takes note.
     Observation onLoss(std::function<void()> lost);
+    /// From here on a bus that is lost, or wasn't there, is looked for. Told when it is reached:
+    /// subscriptions and calls of before are over.
+    Observation onReturn(std::function<void()> returned);
     BusMessage newSignal(const BusAddressee& from);
     BusMessage newCall(const BusAddressee& to);
     void send(sd_bus_message& message);
@@ -104,17 +110,24 @@ private:
     void waitForMore();
     void setTimer(std::uint64_t deadlineMicroseconds);
     void lose(int error);
+    void tellLoss(int error);
+    void noteReadiness();
+    void lookForBusLater();
+    void lookForBus();
 
     LinuxMainQueue& queue_;
     SystemLog& log_;
     Wording wording_;
     std::optional<std::string> address_;
-    NotificationCenter losses_;
+    NotificationCenter losses_, returns_;
     State state_ = State::unopened;
     std::unique_ptr<sd_bus, Close> bus_;
     LinuxMainQueue::Watch watch_;
     std::uint64_t timerDeadline_;
     MainQueue::CallID timer_ = MainQueue::CallID::none;
+    bool isWaitedFor_ = false, isLossTold_ = false;
+    double retrySeconds_ = kFirstRetrySeconds;
+    MainQueue::CallID retry_ = MainQueue::CallID::none;
 };
 
 }  // namespace vantor

@@ -59,8 +59,13 @@ LinuxAppearance::LinuxAppearance(MainQueue& queue, BusConnection& sessionBus,
     });
 }
 
-/// Subscribes first, so that no change falls between the answers and the first signal.
 void LinuxAppearance::start() {
+    busReturns_ = bus_.onReturn([this] { askPortal(); });
+    askPortal();
+}
+
+/// Subscribes first, so that no change falls between the answers and the first signal.
+void LinuxAppearance::askPortal() {
     changes_ = bus_.onSignal(
         portal("SettingChanged"), [this](sd_bus_message& message) { settingChanged(message); },
         kNamespace);

@@ -21,6 +21,7 @@ private:
     struct Setting;
 
     void start();
+    void askPortal();
     BusConnection::Slot ask(const Setting& setting);
     void settingChanged(sd_bus_message& message);
     void readValue(const Setting& setting, sd_bus_message& message);
@@ -31,6 +32,7 @@ private:
     LinuxDistributedNotifications& notifications_;
     bool isDark_ = false, increasesContrast_ = false;
     BusConnection::Slot changes_, colourSchemeReply_, contrastReply_;
+    Observation busReturns_;
     WeakSource<LinuxAppearance> weakSource_{*this};
 };
 

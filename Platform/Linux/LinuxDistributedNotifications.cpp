@@ -81,6 +81,11 @@ void LinuxDistributedNotifications::deliverLocally(std::string_view name,
 void LinuxDistributedNotifications::listen() {
     if (std::exchange(listens_, true))
         return;
+    busReturns_ = bus_.onReturn([this] { subscribe(); });
+    subscribe();
+}
+
+void LinuxDistributedNotifications::subscribe() {
     subscription_ =
         bus_.onSignal(everybody(), [this](sd_bus_message& message) { receive(message); });
 }

@@ -29,6 +29,7 @@ private:
     struct Letter;
 
     void listen();
+    void subscribe();
     void receive(sd_bus_message& message);
     void enqueue(std::unique_ptr<const Letter> letter);
     void deliver(const Letter& letter);
@@ -39,6 +40,7 @@ private:
     NotificationCenter observers_;
     bool listens_ = false;
     BusConnection::Slot subscription_;
+    Observation busReturns_;
     WeakSource<LinuxDistributedNotifications> weakSource_{*this};
 };
 

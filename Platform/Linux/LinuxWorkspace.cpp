@@ -104,6 +104,11 @@ LinuxWorkspace::LinuxWorkspace(LinuxMainQueue& queue, BusConnection& systemBus,
 }
 
 void LinuxWorkspace::listen() {
+    busReturns_ = bus_.onReturn([this] { subscribe(); });
+    subscribe();
+}
+
+void LinuxWorkspace::subscribe() {
     subscription_ = bus_.onSignal({.peer = "org.freedesktop.login1",
                                    .path = "/org/freedesktop/login1",
                                    .interface = "org.freedesktop.login1.Manager",

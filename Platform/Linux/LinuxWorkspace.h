@@ -26,6 +26,7 @@ public:
 
 private:
     void listen();
+    void subscribe();
     void prepareForSleep(sd_bus_message& message);
     bool launchEntry(std::string_view id);
     std::optional<std::vector<std::string>> commandOfEntry(std::string_view id) const;
@@ -38,6 +39,7 @@ private:
     NotificationCenter notificationCenter_;
     DetachedProcesses processes_;
     BusConnection::Slot subscription_;
+    Observation busReturns_;
     WeakSource<LinuxWorkspace> weakSource_{*this};
 };
 

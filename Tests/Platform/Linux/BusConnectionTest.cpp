@@ -233,6 +233,28 @@ TEST_F(BusConnectionTest, BusThatDiesIsToldOnceAndCallsAreAnsweredWithErrors) {
     EXPECT_THAT(log.lines, ElementsAre(HasSubstr("tests stand still")));
 }
 
+TEST_F(BusConnectionTest, BusThatIsWaitedForIsFoundAgainAndTheLogSaysSo) {
+    auto connection = connectionTo(bus.address());
+    const auto observation = connection.onReturn([this] { heard.push_back("returned"); });
+    ASSERT_TRUE(connection.open());
+    ASSERT_TRUE(settle(queue, connection));
+    bus.restart();
+    EXPECT_TRUE(runUntil(queue, [&] { return log.lines.size() == 2; }));
+    EXPECT_THAT(heard, ElementsAre("returned"));
+    EXPECT_THAT(log.lines, ElementsAre(HasSubstr("tests stand still"), "Test bus: it is back"));
+    EXPECT_TRUE(connection.open());
+}
+
+TEST_F(BusConnectionTest, BusThatComesLateIsFoundWhereItIsWaitedFor) {
+    bus.end();
+    auto connection = connectionTo(bus.address());
+    EXPECT_FALSE(connection.open());
+    const auto observation = connection.onReturn([this] { heard.push_back("returned"); });
+    bus.restart();
+    EXPECT_TRUE(runUntil(queue, [&] { return !heard.empty(); }));
+    EXPECT_THAT(log.lines, ElementsAre(HasSubstr("tests stand still")));
+}
+
 TEST_F(BusConnectionTest, MuteBusHoldsNobodyUp) {
     bus.freeze();
     const LinuxClock clock;

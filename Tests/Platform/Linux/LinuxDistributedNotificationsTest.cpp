@@ -173,6 +173,18 @@ TEST_F(LinuxDistributedNotificationsTest, TheyStayInTheProcessOnceTheBusDied) {
     EXPECT_THAT(log.lines, ElementsAre(HasSubstr("notifications stay in this process")));
 }
 
+TEST_F(LinuxDistributedNotificationsTest, TheyReachOthersAgainWhenTheBusIsBack) {
+    one.hear("M");
+    other.hear("N");
+    ASSERT_TRUE(settle(queue, one.bus) && settle(queue, other.bus));
+    bus.restart();
+    ASSERT_TRUE(runUntil(queue, [&] { return log.lines.size() == 4; }));  // lost, and back
+    ASSERT_TRUE(settle(queue, other.bus));
+    one.notifications.post("N", {});
+    EXPECT_TRUE(runUntil(queue, [&] { return !other.heard.empty(); }));
+    EXPECT_THAT(other.heard, ElementsAre("N"));
+}
+
 TEST_F(LinuxDistributedNotificationsTest, EndedObservationIsSilent) {
     one.hear("N");
     one.notifications.post("N", {});
