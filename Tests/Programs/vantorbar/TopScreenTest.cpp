@@ -29,7 +29,7 @@ using testing::SizeIs;
 
 constexpr std::string_view kSecondScreen = "\x1b[?1049h", kFirstScreen = "\x1b[?1049l";
 constexpr std::string_view kPictureBegins = "\x1b[H", kPictureEnds = "\x1b[J";
-constexpr std::string_view kLineEnds = "\x1b[K\r\n";
+constexpr std::string_view kLineEnds = "\x1b[K\n";
 constexpr int kMostMilliseconds = 20'000;
 
 /// The lines of the last picture in `text`.
@@ -97,7 +97,8 @@ protected:
         char byte = 0;
         while (text.find(end) == text.npos && poll(&polled, 1, kMostMilliseconds) == 1 &&
                read(screen_, &byte, 1) == 1)
-            text += byte;
+            if (byte != '\r')  // the terminal puts more of them before line ends
+                text += byte;
         return text;
     }
     std::vector<std::string> picture() const { return pictureIn(shownUntil(kPictureEnds)); }
