@@ -35,8 +35,9 @@ export XDG_CONFIG_HOME
 trap 'rm -rf "$XDG_CONFIG_HOME"' EXIT
 "$bin/vantorbar" prefs set TimerFrequency 2
 if [ "$slow_disk" = yes ]; then
-    XDG_DATA_HOME=$XDG_CONFIG_HOME XDG_STATE_HOME=$XDG_CONFIG_HOME \
-        FILE_FAULTS_IN="$XDG_CONFIG_HOME" FILE_FAULTS_KIND=slow \
+    export XDG_DATA_HOME="$XDG_CONFIG_HOME" XDG_STATE_HOME="$XDG_CONFIG_HOME"
+    "$bin/vantorbar" run --host none --count 1  # makes the files; a first start waits for the disk
+    FILE_FAULTS_IN="$XDG_CONFIG_HOME" FILE_FAULTS_KIND=slow \
         LD_PRELOAD="$PWD/$bin/libvantor_file_faults.so" "$bin/vantor_slow_disk" "$seconds"
     exit
 fi
