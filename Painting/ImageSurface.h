@@ -42,6 +42,8 @@ public:
 
     /// For those who paint.
     Bitmap bitmap() const noexcept { return {pixels_.data(), width_, height_, width_}; }
+    /// For those who paint into them, in rows from the top.
+    std::span<std::uint32_t> pixels() noexcept { return pixels_; }
 
 private:
     Size size_;

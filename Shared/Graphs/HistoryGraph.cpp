@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "Painting/Image.h"
-#include "Shared/Graphs/HistoryGraphPaths.h"
+#include "Shared/Graphs/HistoryGraphLines.h"
 #include "Shared/ProcessContext.h"
 #include "Shared/VTRImageCache.h"
 #include "Shared/VTRPreferenceFunctions.h"
@@ -17,8 +17,9 @@ namespace {
 
 constexpr double kLabelImageWidth = 14;
 constexpr double kFrameWidth = 3;  // of a graph's width, what its frame takes
-constexpr double kLeftEdge = 2;
-constexpr std::size_t kJoin = 2;  // columns beside new ones that are painted with them
+constexpr double kLeftEdge = 2, kLowerEdge = 2;
+constexpr double kAroundColumns = 5;  // of a graph's height, what its frame takes
+constexpr std::size_t kJoin = 2;      // columns beside new ones that are painted with them
 constexpr std::size_t kNothingPainted = std::numeric_limits<std::size_t>::max();
 constexpr double kTagHeight = 14, kTagRadius = 3, kTagMargin = 9;
 constexpr Colour kCenterLine{1, 1, 1, 0.15}, kTagGround{0, 0, 0, 0.5};
@@ -30,6 +31,21 @@ constexpr std::string_view kRanges[] = {"5 Mins",  "Hour",    "24 Hours", "7 Day
 template <class Values>
 bool containsValue(const Values& values, std::int64_t value) {
     return std::ranges::find(values, value) != values.end();
+}
+
+/// How high the newest `count` columns reach, with the tips of their lines; all of `height` where
+/// a series stands elsewhere than at the lower edge.
+double shownHeight(const HistoryGraphConfig& config, const HistoryColumns& columns,
+                   std::size_t count, double height) noexcept {
+    constexpr double kTip = 6;
+    double greatest = 0;
+    for (const HistorySeries& series : config.graphs) {
+        if (!series.flip || series.frame)
+            return height;
+        for (std::size_t index = 0; index < count; ++index)
+            greatest = std::max(greatest, columns.value(series.index, index));
+    }
+    return std::ceil(std::min(kLowerEdge + greatest * (height - kAroundColumns) + kTip, height));
 }
 
 }  // namespace
@@ -111,11 +127,11 @@ bool HistoryGraph::calculatePeak() {
 
 void HistoryGraph::viewDidMoveToWindow() {
     if (window() != nullptr && config_.useCache)
-        prepareToDraw(lastScale_, nullptr);
+        prepareToDraw(lastScale_);
 }
 
-/// Brings columns and picture up to date. A graph that keeps no picture paints into `current`.
-void HistoryGraph::prepareToDraw(double scale, Painting::Context* current) {
+/// Brings columns and picture up to date.
+void HistoryGraph::prepareToDraw(double scale) {
     if (config_.useCache && lastWidth_ != static_cast<float>(cutWidth())) {
         clearCache();
         lastWidth_ = static_cast<float>(cutWidth());
@@ -137,7 +153,7 @@ void HistoryGraph::prepareToDraw(double scale, Painting::Context* current) {
         static_cast<StorageType>(storageIndex(static_cast<int>(storageMode_))), useAllSamples_);
 
     // A picture for another screen is of no use, nor is one that would move by half a pixel.
-    const bool whole = scale != lastScale_ || scale != std::trunc(scale);
+    const bool whole = !config_.useCache || scale != lastScale_ || scale != std::trunc(scale);
     lastScale_ = scale;
     if (whole)
         image_.reset();
@@ -146,11 +162,6 @@ void HistoryGraph::prepareToDraw(double scale, Painting::Context* current) {
     scaleColumns(count, image_ ? strip.repainted + kJoin : kNothingPainted);
     if (config_.dynamicPeak && rescaleColumns(count))
         image_.reset();
-    if (!config_.useCache) {
-        if (current != nullptr)
-            drawGraphs(*current, count);
-        return;
-    }
     renewImage(strip, scale);
 }
 
@@ -181,21 +192,21 @@ void HistoryGraph::renewImage(const Strip& strip, double scale) {
     const bool moves = image_ && image_->size() == size && left > kLeftEdge;
     if (!moves)
         image_.emplace(size, scale);
-    Painting::Context context = image_->context();
-    if (!moves) {
-        drawGraphs(context, columnCount());
-        return;
-    }
+    // At the frame's inner edge.
+    Rect clip{kLeftEdge, 2, cutWidth() - 4, frame().height - kAroundColumns};
+    if (!moves)
+        return drawGraphs(clip, columnCount());
     const auto pixels = [scale](double points) { return static_cast<int>(points * scale); };
     image_->scrollLeft(pixels(static_cast<double>(strip.moved)), pixels(kLeftEdge), pixels(left));
-    context.clip(Rect{left, 0, static_cast<double>(strip.repainted) + 1, frame().height});
-    drawGraphs(context, std::min(columnCount(), strip.repainted + kJoin + 1));
+    clip.width -= left - clip.x;
+    clip.x = left;
+    drawGraphs(clip, std::min(columnCount(), strip.repainted + kJoin + 1));
 }
 
-void HistoryGraph::drawGraphs(Painting::Context& context, std::size_t count) {
+void HistoryGraph::drawGraphs(const Rect& clip, std::size_t count) {
     for (const HistorySeries& series : config_.graphs)
         if (isPainted(series))
-            drawSeries(context, series, count);
+            drawSeries(clip, series, count);
 }
 
 bool HistoryGraph::isPainted(const HistorySeries& series) const {
@@ -206,34 +217,39 @@ bool HistoryGraph::isPainted(const HistorySeries& series) const {
     });
 }
 
-/// Column 0 comes to stand at the right.
-void HistoryGraph::drawSeries(Painting::Context& context, const HistorySeries& series,
-                              std::size_t count) {
-    const Painting::StateSaver saved(context);
-    const double width = cutWidth(), height = frame().height;
-    context.translate(width, series.flip ? 0 : height);
-    context.stretch(-1, series.flip ? 1 : -1);
-    context.clip(Rect{kLeftEdge, series.flip ? 3.0 : 2.0, width - 4, height - 5});
-    Rect rect{kLeftEdge, 2, static_cast<double>(columnCount()), height - 5};
+void HistoryGraph::drawSeries(const Rect& clip, const HistorySeries& series, std::size_t count) {
+    HistoryPlace place{.rect = {kLeftEdge, kLowerEdge, 0, frame().height - kAroundColumns},
+                       .width = cutWidth(),
+                       .height = frame().height,
+                       .hangs = !series.flip};
     if (series.frame)
-        rect = {series.frame->x, series.frame->y, rect.width, series.frame->height};
+        place.rect = *series.frame;
     if (series.fillColor) {
-        fillPath(path_, columns_, series.index, rect, count,
+        edgeLine(line_, columns_, series.index, place, count,
                  breakStroke_ ? Gaps::breakDown : Gaps::bridge);
-        context.fill(path_, *series.fillColor);
+        const Point base[]{place.at(static_cast<double>(count), 0), place.at(0, 0)};
+        bands_.fillBetween(*image_, clip, line_, base, *series.fillColor);
     }
-    if (series.strokeColor) {
-        strokePath(path_, columns_, series.index, rect, count);
-        context.stroke(path_, *series.strokeColor, 1);
+    if (!series.strokeColor)
+        return;
+    while (count > 0) {
+        runLine(line_, columns_, series.index, place, count);
+        bands_.stroke(*image_, clip, line_, 1, *series.strokeColor);
     }
 }
 
 void HistoryGraph::draw(Painting::Context& context) {
     drawBackground(context);
     drawCenterLine(context);
-    prepareToDraw(context.scale(), &context);
-    if (image_)
+    prepareToDraw(context.scale());
+    if (image_) {
+        // What is empty of the picture costs as much as what isn't.
+        const Painting::StateSaver saved(context);
+        if (!context.isFlipped())
+            context.clip(Rect{0, 0, frame().width,
+                              shownHeight(config_, columns_, columnCount(), frame().height)});
         context.drawImage(*image_, Point{0, 0});
+    }
     if (labelImage_)
         context.drawImage(*labelImage_, Point{frame().width - kLabelImageWidth, 0});
 }

@@ -10,6 +10,7 @@
 
 #include "Foundation/NotificationCenter.h"
 #include "Foundation/WeakHandle.h"
+#include "Painting/BandPainter.h"
 #include "Painting/ImageSurface.h"
 #include "Painting/Path.h"
 #include "Shared/Collectors/StatSamples.h"
@@ -90,13 +91,13 @@ protected:
 private:
     struct Strip;
 
-    void prepareToDraw(double scale, Painting::Context* current);
+    void prepareToDraw(double scale);
     double cutWidth() const noexcept;
     void scaleColumns(std::size_t count, std::size_t paintedFrom);
     bool rescaleColumns(std::size_t count);
     void renewImage(const Strip& strip, double scale);
-    void drawGraphs(Painting::Context& context, std::size_t count);
-    void drawSeries(Painting::Context& context, const HistorySeries& series, std::size_t count);
+    void drawGraphs(const Rect& clip, std::size_t count);
+    void drawSeries(const Rect& clip, const HistorySeries& series, std::size_t count);
     bool isPainted(const HistorySeries& series) const;
     void drawBackground(Painting::Context& context);
     void renewGround(double scale);
@@ -113,7 +114,9 @@ private:
     bool hasColumns_ = false;
     std::array<double, kGraphSlots> peaks_{};
     std::optional<Painting::ImageSurface> ground_, image_;
-    Painting::Path path_;  // room for a paint, too
+    Painting::BandPainter bands_;  // room for a paint, too
+    std::vector<Point> line_;
+    Painting::Path path_;
     std::shared_ptr<const Painting::Image> labelImage_;
     float lastWidth_ = 0;
     double lastScale_ = 1;
