@@ -88,6 +88,7 @@ TextLayouts::TextLayouts() noexcept
     pango_context_set_round_glyph_positions(context_.get(), FALSE);
     pango_attr_list_insert(tabularDigits_.get(), pango_attr_font_features_new("tnum=1"));
     entries_.reserve(kMost);
+    hashes_.reserve(kMost);
 }
 
 TextLayout& TextLayouts::layout(std::string_view text, const Font& font,
@@ -96,7 +97,7 @@ TextLayout& TextLayouts::layout(std::string_view text, const Font& font,
     Entry* entry = find(hash, text, font, width);
     if (entry == nullptr) {
         entry = &entryToFill(font);
-        entry->hash = hash;
+        hashes_[static_cast<std::size_t>(entry - entries_.data())] = hash;
         entry->text = text;
         entry->width = width;
         entry->layout.setText(text, width);
@@ -107,11 +108,15 @@ TextLayout& TextLayouts::layout(std::string_view text, const Font& font,
 
 TextLayouts::Entry* TextLayouts::find(std::size_t hash, std::string_view text, const Font& font,
                                       std::optional<double> width) noexcept {
-    const auto found = std::ranges::find_if(entries_, [&](const Entry& entry) {
-        return entry.hash == hash && entry.text == text && entry.font == font &&
-               entry.width == width;
-    });
-    return found == entries_.end() ? nullptr : &*found;
+    for (auto found = hashes_.begin(); found != hashes_.end(); ++found) {
+        found = std::find(found, hashes_.end(), hash);
+        if (found == hashes_.end())
+            break;
+        Entry& entry = entries_[static_cast<std::size_t>(found - hashes_.begin())];
+        if (entry.text == text && entry.font == font && entry.width == width)
+            return &entry;
+    }
+    return nullptr;
 }
 
 /// A new one while there is room, else the one not asked for the longest, in that font.
@@ -119,6 +124,8 @@ TextLayouts::Entry& TextLayouts::entryToFill(const Font& font) noexcept {
     const bool isNew = entries_.size() < kMost;
     Entry& entry = isNew ? entries_.emplace_back(Entry{.layout = TextLayout(context_.get())})
                          : *std::ranges::min_element(entries_, {}, &Entry::lastUse);
+    if (isNew)
+        hashes_.push_back(0);
     if (isNew || entry.font != font)
         entry.layout.setFont(describe(font).get(),
                              font.tabularDigits ? tabularDigits_.get() : nullptr);

@@ -24,13 +24,14 @@ struct AttributesRelease {
 
 /// The layouts of the texts that were asked for last, so that the next paint of the same texts
 /// builds nothing.
-/// Shape:  at most kMost layouts; a new text takes the place of the one not asked for the longest.
+/// Shape:  at most kMost layouts, enough for all that an open dropdown shows; a new text takes the
+///         place of the one not asked for the longest.
 /// Units:  one point is one unit of Pango: 72 dots an inch, unhinted widths. The desktop's font
 ///         settings don't reach the font map, which is our own.
 /// Thread: main.
 class TextLayouts {
 public:
-    static constexpr std::size_t kMost = 96;
+    static constexpr std::size_t kMost = 192;
 
     TextLayouts() noexcept;
 
@@ -41,7 +42,6 @@ public:
 
 private:
     struct Entry {
-        std::size_t hash = 0;
         std::uint64_t lastUse = 0;
         std::string text{};
         Font font{};
@@ -56,6 +56,7 @@ private:
     std::unique_ptr<_PangoContext, ObjectRelease> context_;
     std::unique_ptr<_PangoAttrList, AttributesRelease> tabularDigits_;
     std::vector<Entry> entries_;
+    std::vector<std::size_t> hashes_;  // of the entries, side by side for the search
     std::uint64_t uses_ = 0;
 };
 
