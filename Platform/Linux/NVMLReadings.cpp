@@ -103,10 +103,17 @@ NVMLReadings::NVMLReadings(std::vector<std::string> addresses, std::string libra
         state_->answers.push_back({std::move(address), std::nullopt, {}});
 }
 
-NVMLReadings::~NVMLReadings() {
-    std::unique_lock lock(state_->mutex);
+NVMLReadings::~NVMLReadings() { askToEnd(); }
+
+void NVMLReadings::askToEnd() {
+    const std::scoped_lock lock(state_->mutex);
     state_->ends = true;
     state_->changed.notify_all();
+}
+
+void NVMLReadings::end() {
+    askToEnd();
+    std::unique_lock lock(state_->mutex);
     state_->changed.wait_for(lock, kPatience, [this] { return !state_->runs; });
 }
 

@@ -12,7 +12,7 @@
 namespace vantor {
 
 /// Asks NVIDIA's library on a thread of its own; the main queue takes the last answer and never
-/// waits. A library that hangs is left hanging.
+/// waits. A library that hangs is left hanging, also when the readings go.
 /// Shape:  no thread before the first request, none while the library isn't there.
 /// Errors: an answer older than kStaleAfter is none. A library that refused is tried again after
 ///         kRetryAfter; one that isn't there isn't.
@@ -24,7 +24,7 @@ public:
 
     static constexpr const char* kLibrary = "libnvidia-ml.so.1";
     static constexpr std::chrono::seconds kStaleAfter{5}, kRetryAfter{60};
-    static constexpr std::chrono::milliseconds kPatience{500};  // with a reading, at the end
+    static constexpr std::chrono::milliseconds kPatience{500};
 
     /// `addresses` are those on the PCI bus.
     explicit NVMLReadings(std::vector<std::string> addresses, std::string library = kLibrary);
@@ -37,9 +37,13 @@ public:
     /// Makes the library let go of everything before it is asked for anything else.
     void letGo();
     std::optional<GPUFigures> answer(const std::string& address) const;
+    /// Nothing is asked any more. Waits for a reading under way, kPatience at most: a program that
+    /// ends inside the library may not end well.
+    void end();
 
 private:
     struct State;
+    void askToEnd();
     void ask(bool reads, Hold hold);
     void startThread() noexcept;
 

@@ -1,56 +1,12 @@
 #include "Platform/Simulated/SimulatedRegistry.h"
 
-#include <utility>
+#include "Platform/RegistryTreeEntry.h"
 
 namespace vantor::simulated {
 
-class SimulatedRegistry::Entry final : public RegistryEntry {
+class SimulatedRegistry::Entry final : public RegistryTreeEntry {
 public:
-    explicit Entry(std::uint64_t id) noexcept : id_(id) {}
-
-    void leave() noexcept {
-        parent_.reset();
-        children_.clear();
-        isInTree_ = false;
-    }
-    void enter(const RegistryNode& node, const std::shared_ptr<Entry>& parent) {
-        className_ = node.className;
-        name_ = node.name;
-        properties_ = node.properties;
-        parent_ = parent;
-        isInTree_ = true;
-    }
-    void setChildren(std::vector<std::shared_ptr<Entry>> children) {
-        children_ = std::move(children);
-    }
-
-    std::uint64_t entryID() const noexcept override { return id_; }
-    std::string_view className() const noexcept override { return className_; }
-    std::optional<std::string> name() const override { return name_; }
-    std::optional<std::string> path() const override {
-        const Entry* top = this;
-        for (auto above = parent_.lock(); above; above = above->parent_.lock())
-            top = above.get();
-        return isInTree_ ? pathBelow(*top, *this) : std::nullopt;
-    }
-    const PropertyValue::Dictionary* properties() override { return &properties_; }
-    const PropertyValue& property(std::string_view key) override {
-        static const PropertyValue kNothing;
-        const auto found = properties_.find(key);
-        return found == properties_.end() ? kNothing : found->second;
-    }
-    RegistryObject parent() const override { return parent_.lock(); }
-    std::vector<RegistryObject> children() const override {
-        return {children_.begin(), children_.end()};
-    }
-
-private:
-    std::uint64_t id_;
-    bool isInTree_ = false;
-    std::string className_, name_;
-    PropertyValue::Dictionary properties_;
-    std::weak_ptr<Entry> parent_;
-    std::vector<std::shared_ptr<Entry>> children_;
+    using RegistryTreeEntry::RegistryTreeEntry;
 };
 
 SimulatedRegistry::SimulatedRegistry() {
@@ -65,6 +21,7 @@ void SimulatedRegistry::setTree(const RegistryNode& tree) {
     for (const auto& [id, entry] : entries_)
         entry->leave();
     root_ = place(tree, nullptr);
+    root_->becomeRoot();
 }
 
 std::shared_ptr<SimulatedRegistry::Entry>
@@ -72,11 +29,12 @@ SimulatedRegistry::place(const RegistryNode& node, const std::shared_ptr<Entry>&
     auto& entry = entries_[node.id];
     if (!entry)
         entry = std::make_shared<Entry>(node.id);
-    entry->enter(node, parent);
-    std::vector<std::shared_ptr<Entry>> children;
+    entry->rename(node.className, node.name);
+    entry->setProperties(node.properties);
+    if (parent)
+        RegistryTreeEntry::add(parent, entry);
     for (const RegistryNode& child : node.children)
-        children.push_back(place(child, entry));
-    entry->setChildren(std::move(children));
+        place(child, entry);
     return entry;
 }
 

@@ -182,6 +182,14 @@ PCIDevice securityEngineOfAMD() {
             .device = 0x15C7};
 }
 
+PCIDevice externalAMD() {
+    PCIDevice card = discreteAMD();
+    card.address = kExternalAddress;
+    card.bridges = {"0000:00:07.0", "0000:38:00.0", "0000:39:01.0", "0000:3b:00.0", "0000:3c:00.0"};
+    card.files["gpu_busy_percent"] = "60\n";
+    return card;
+}
+
 PCIDevice integratedIntel(std::string driver) {
     return {.address = kIntegratedAddress,
             .vendor = 0x8086,

@@ -91,12 +91,15 @@ void correctEDIDSum(std::string& edid);
 inline constexpr const char* kDiscreteAddress = "0000:03:00.0";
 inline constexpr const char* kIntegratedAddress = "0000:00:02.0";
 inline constexpr const char* kAPUAddress = "0000:c1:00.0";
+inline constexpr const char* kExternalAddress = "0000:3d:00.0";
 
 /// amdgpu of Linux 6.1: a card with its own memory, and one display.
 PCIDevice discreteAMD();
 /// amdgpu of Linux 6.1: the graphics of a processor; beside it stands the security engine.
 PCIDevice integratedAMD();
 PCIDevice securityEngineOfAMD();
+/// amdgpu of Linux 6.1: a card in a box behind a Thunderbolt port.
+PCIDevice externalAMD();
 /// i915 of Linux 6.5, or xe of Linux 6.11.
 PCIDevice integratedIntel(std::string driver = "i915");
 /// nvidia 535 on Linux 6.1.

@@ -1,7 +1,5 @@
 #include "Platform/Linux/NVMLReadings.h"
 
-#include <cstdlib>
-#include <filesystem>
 #include <functional>
 #include <initializer_list>
 #include <string>
@@ -10,74 +8,29 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include "Platform/Linux/Descriptor.h"
 #include "Tests/Platform/Linux/KernelTexts.h"
+#include "Tests/Support/FakeNVML.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace vantor::test {
 namespace {
 
 using namespace std::chrono_literals;
+using namespace nvml_functions;
 using Hold = NVMLReadings::Hold;
 
 constexpr const char* kAddress = "0000:01:00.0";
 
-/// What a library for these tests begins with. It writes what is asked of it into a file beside
-/// it, a letter a call.
-constexpr const char* kPreface = R"(
-#include <fcntl.h>
-#include <unistd.h>
-static void note(char letter) {
-    int file = open(JOURNAL, O_WRONLY | O_CREAT | O_APPEND, 0600);
-    if (write(file, &letter, 1) < 0) {}
-    close(file);
-}
-struct Memory { unsigned long long total, free, used; };
-struct Utilization { unsigned gpu, memory; };
-#define API extern "C" __attribute__((visibility("default")))
-)";
-
-constexpr const char* kInit = "API int nvmlInit_v2() { note('i'); return 0; }\n";
-constexpr const char* kShutdown = "API int nvmlShutdown() { note('s'); return 0; }\n";
-constexpr const char* kHandle = R"(
-API int nvmlDeviceGetHandleByPciBusId_v2(const char* address, void** device) {
-    static int one;
-    *device = &one;
-    return address[6] == '1' ? 0 : 6;
-}
-)";
-constexpr const char* kMemory = R"(
-API int nvmlDeviceGetMemoryInfo(void*, Memory* memory) {
-    *memory = {1000, 600, 400};
-    return 0;
-}
-)";
-constexpr const char* kRates = R"(
-API int nvmlDeviceGetUtilizationRates(void*, Utilization* rates) {
-    note('r');
-    *rates = {37, 5};
-    return 0;
-}
-)";
-
 class NVMLReadingsTest : public testing::Test {
 protected:
-    /// A library with these functions; "" where it can't be built.
     std::string library(std::initializer_list<std::string_view> functions) {
-        const auto source = folder / "nvml.cpp", file = folder / "libnvidia-ml.so.1";
-        writeText(source, fmt::format("{}{}", kPreface, fmt::join(functions, "")));
-        const std::string command = fmt::format("c++ -shared -fPIC -DJOURNAL='\"{}\"' -o {} {}",
-                                                journal().string(), file.string(), source.string());
-        return std::system(command.c_str()) == 0 ? file.string() : "";
+        return nvml.library(functions);
     }
-    std::filesystem::path journal() const { return folder / "journal"; }
-    std::string calls() const {
-        return std::filesystem::exists(journal()) ? textOf(journal()) : "";
-    }
+    std::string calls() const { return nvml.calls(); }
 
     /// Asks until `done`, for ten seconds at most.
     static bool askUntil(NVMLReadings& readings, Hold hold, const std::function<bool()>& done) {
@@ -90,6 +43,7 @@ protected:
     }
 
     TemporaryFolder folder;
+    FakeNVML nvml;
 };
 
 TEST_F(NVMLReadingsTest, AnswerComesLater) {
@@ -190,6 +144,13 @@ TEST_F(NVMLReadingsTest, ErrorsAndNonsenseAreNoFigures) {
     EXPECT_FALSE(readings.answer(kAddress));
     EXPECT_FALSE(readings.answer("0000:02:00.0"));
     EXPECT_FALSE(readings.answer("unheard of"));
+}
+
+TEST_F(NVMLReadingsTest, EndLetsAReadingUnderWayFinish) {
+    NVMLReadings readings({kAddress}, library({kInit, kShutdown, kHandle, kMemory, kRates}));
+    ASSERT_TRUE(askUntil(readings, Hold::kept, [&] { return calls().size() >= 2; }));
+    readings.end();
+    EXPECT_TRUE(calls().ends_with('s')) << "the library was let go of before";
 }
 
 TEST_F(NVMLReadingsTest, HangingLibraryNeverBlocks) {
