@@ -7,8 +7,6 @@
 #include <string>
 #include <utility>
 
-#include <fmt/format.h>
-
 #include "Foundation/Base64.h"
 
 namespace vantor::simulated {
@@ -27,23 +25,21 @@ PropertyValue::Data dataOf(const ScenarioValue& value) {
 }
 
 PropertyValue dictionaryOf(const ScenarioValue& value, int depth) {
-    const auto& json = value.json();
+    const auto members = value.members();
+    if (members.size() == 1 && members[0].first == "data")
+        return dataOf(members[0].second);
     PropertyValue::Dictionary dictionary;
-    for (const auto& [key, element] : json.items()) {
-        const ScenarioValue entry(element, fmt::format("{}/{}", value.place(), key));
-        if (key == "data" && json.size() == 1)
-            return dataOf(entry);
+    for (const auto& [key, entry] : members)
         dictionary[key] = property(entry, depth + 1);
-    }
     return dictionary;
 }
 
 PropertyValue property(const ScenarioValue& value, int depth) {
     if (depth > kDeepest)
         value.fail("nested too deeply");
-    if (value.json().is_object())
+    if (value.isObject())
         return dictionaryOf(value, depth);
-    if (!value.json().is_array())
+    if (!value.isArray())
         return value.propertyValue();
     PropertyValue::Array array;
     for (const ScenarioValue& element : value.elements())
@@ -52,10 +48,9 @@ PropertyValue property(const ScenarioValue& value, int depth) {
 }
 
 PropertyValue::Dictionary properties(const ScenarioValue& value) {
-    const ScenarioObject object(value);
     PropertyValue::Dictionary all;
-    for (const auto& [key, element] : value.json().items())
-        all[key] = property({element, fmt::format("{}/{}", value.place(), key)}, 0);
+    for (const auto& [key, entry] : value.members())
+        all[key] = property(entry, 0);
     return all;
 }
 
@@ -97,11 +92,8 @@ SimulatedScreen screen(const ScenarioValue& value) {
         static_cast<std::uint32_t>(object.require("number").integer(0, kMostNumber));
     listed.display = identifier(object.require("registry"));
     object.with("names", [&](const ScenarioValue& names) {
-        const ScenarioObject languages(names);
-        for (const auto& [language, name] : names.json().items())
-            listed.screen.productNames.emplace_back(
-                language,
-                ScenarioValue(name, fmt::format("{}/{}", names.place(), language)).text());
+        for (const auto& [language, name] : names.members())
+            listed.screen.productNames.emplace_back(language, name.text());
     });
     object.with("resolution", [&](auto& pair) { listed.screen.resolution = size(pair); });
     object.with("size", [&](auto& pair) { listed.screen.size = size(pair); });
@@ -127,9 +119,9 @@ GraphicsAnswer graphicsAnswer(const ScenarioValue& value) {
     constexpr double kMost = 1LL << 53;
     if (value.isNull())
         return {};
-    if (value.json().is_string() && value.text() == "fail")
+    if (value.isText() && value.text() == "fail")
         return {.isThere = true, .active = std::nullopt};
-    if (value.json().is_string())
+    if (value.isText())
         value.fail("expected a number, \"fail\" or null");
     const double answer = value.number();
     if (std::abs(answer) > kMost || answer != std::trunc(answer))

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "Platform/Simulated/Scenario.h"
 
@@ -21,6 +22,14 @@ ScenarioValue::ScenarioValue(const ScenarioJSON& value, std::string place)
     : value_(value), place_(std::move(place)) {}
 
 void ScenarioValue::fail(std::string_view reason) const { throw ScenarioError(place_, reason); }
+
+bool ScenarioValue::isNull() const noexcept { return value_.is_null(); }
+
+bool ScenarioValue::isText() const noexcept { return value_.is_string(); }
+
+bool ScenarioValue::isArray() const noexcept { return value_.is_array(); }
+
+bool ScenarioValue::isObject() const noexcept { return value_.is_object(); }
 
 bool ScenarioValue::boolean() const {
     if (!value_.is_boolean())
@@ -67,6 +76,15 @@ std::vector<ScenarioValue> ScenarioValue::elements(std::size_t count) const {
     return elements;
 }
 
+std::vector<std::pair<std::string, ScenarioValue>> ScenarioValue::members() const {
+    if (!value_.is_object())
+        fail("expected an object");
+    std::vector<std::pair<std::string, ScenarioValue>> members;
+    for (const auto& [key, value] : value_.items())
+        members.emplace_back(key, ScenarioValue(value, fmt::format("{}/{}", place_, key)));
+    return members;
+}
+
 PropertyValue ScenarioValue::propertyValue(int depth) const {
     if (depth > kDeepestValue)
         fail("nested too deeply");
@@ -89,14 +107,13 @@ PropertyValue ScenarioValue::propertyValue(int depth) const {
     if (!value_.is_object())
         fail("null is no value");
     PropertyValue::Dictionary dictionary;
-    for (const auto& [key, value] : value_.items())
-        dictionary[key] =
-            ScenarioValue(value, fmt::format("{}/{}", place_, key)).propertyValue(depth + 1);
+    for (const auto& [key, value] : members())
+        dictionary[key] = value.propertyValue(depth + 1);
     return dictionary;
 }
 
 ScenarioObject::ScenarioObject(ScenarioValue value) : value_(std::move(value)) {
-    if (!value_.json().is_object())
+    if (!value_.isObject())
         value_.fail("expected an object");
 }
 

@@ -5,9 +5,10 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include "Foundation/PropertyValue.h"
 
@@ -17,7 +18,8 @@ namespace vantor::simulated {
 using ScenarioJSON = nlohmann::ordered_json;
 
 /// A value of a scenario with the place where it stands, for the reader to take apart. What
-/// doesn't fit throws ScenarioError with that place.
+/// doesn't fit throws ScenarioError with that place. How JSON is kept is no affair of who reads
+/// it: its header takes seconds to compile.
 class ScenarioValue {
 public:
     ScenarioValue(const ScenarioJSON& value, std::string place);
@@ -26,7 +28,10 @@ public:
     const std::string& place() const noexcept { return place_; }
     [[noreturn]] void fail(std::string_view reason) const;
 
-    bool isNull() const noexcept { return value_.is_null(); }
+    bool isNull() const noexcept;
+    bool isText() const noexcept;
+    bool isArray() const noexcept;
+    bool isObject() const noexcept;
     bool boolean() const;
     double number() const;
     double numberAtLeast(double least) const;
@@ -36,6 +41,8 @@ public:
     /// The elements of an array; `count` of them unless it is kAnyCount.
     static constexpr std::size_t kAnyCount = static_cast<std::size_t>(-1);
     std::vector<ScenarioValue> elements(std::size_t count = kAnyCount) const;
+    /// The values of an object by their keys, in the order of the file.
+    std::vector<std::pair<std::string, ScenarioValue>> members() const;
 
 private:
     const ScenarioJSON& value_;
