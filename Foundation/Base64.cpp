@@ -9,6 +9,7 @@ namespace {
 constexpr std::string_view kLetters =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 constexpr std::size_t kGroup = 4;  // letters, for three bytes
+constexpr std::size_t kBytes = 3;
 
 /// At most two, at the end.
 std::size_t paddingOf(std::string_view text) noexcept {
@@ -24,7 +25,7 @@ std::optional<PropertyValue::Data> dataFromBase64(std::string_view text) {
         return std::nullopt;
     const std::size_t padding = paddingOf(text);
     PropertyValue::Data data;
-    data.reserve(text.size() / kGroup * 3);
+    data.reserve(text.size() / kGroup * kBytes);
     std::uint32_t bits = 0;
     for (std::size_t position = 0; position < text.size(); ++position) {
         const bool isPadding = position >= text.size() - padding;
@@ -38,6 +39,20 @@ std::optional<PropertyValue::Data> dataFromBase64(std::string_view text) {
     }
     data.resize(data.size() - padding);
     return data;
+}
+
+std::string base64FromData(const PropertyValue::Data& data) {
+    std::string text;
+    for (std::size_t begin = 0; begin < data.size(); begin += kBytes) {
+        std::uint32_t bits = 0;
+        for (std::size_t byte = begin; byte < begin + kBytes; ++byte)
+            bits =
+                bits << 8 | (byte < data.size() ? std::to_integer<std::uint32_t>(data[byte]) : 0);
+        for (const int shift : {18, 12, 6, 0})
+            text.push_back(kLetters[bits >> shift & 0x3F]);
+    }
+    const std::size_t padding = (kBytes - data.size() % kBytes) % kBytes;
+    return text.replace(text.size() - padding, padding, padding, '=');
 }
 
 }  // namespace vantor

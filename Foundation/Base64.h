@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "Foundation/PropertyValue.h"
@@ -9,5 +10,8 @@ namespace vantor {
 
 /// The bytes of a text in base64 with its padding, or nothing where it is anything else.
 std::optional<PropertyValue::Data> dataFromBase64(std::string_view text);
+
+/// The other way round.
+std::string base64FromData(const PropertyValue::Data& data);
 
 }  // namespace vantor

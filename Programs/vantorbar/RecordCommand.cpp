@@ -84,7 +84,10 @@ private:
 
 int record(const RecordArguments& arguments) {
     try {
-        writeFile(arguments.file, Recording().run(arguments.seconds).dump(1) + "\n");
+        // A display may call itself something that is no text.
+        constexpr auto kMended = nlohmann::ordered_json::error_handler_t::replace;
+        writeFile(arguments.file,
+                  Recording().run(arguments.seconds).dump(1, ' ', false, kMended) + "\n");
         return 0;
     } catch (const std::exception& error) {
         fmt::print(stderr, "vantorbar: {}\n", error.what());

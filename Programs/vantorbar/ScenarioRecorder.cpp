@@ -10,8 +10,11 @@
 #include "Platform/DistributedNotifications.h"
 #include "Platform/MachineIdentity.h"
 #include "Platform/PreferenceDomain.h"
+#include "Platform/WindowServer.h"
+#include "Platform/Witness.h"
 #include "Platform/Workspace.h"
 #include "Programs/Common/PropertyJSON.h"
+#include "Programs/vantorbar/RecordedGraphics.h"
 
 namespace vantor {
 namespace {
@@ -30,6 +33,14 @@ json ticksJSON(const std::vector<ProcessorTicks>& ticks) {
 }
 
 json loadsJSON(const FixedLoads& loads) { return {{"fixed", loads.fixed}, {"scale", loads.scale}}; }
+
+/// By the keys of a change of the machine.
+json graphicsJSON(const Ports& ports) {
+    const auto rate = ports.windowServer.frameRate();
+    return {{"registry", recordedRegistry(ports.registry)},
+            {"graphicsControl", recordedGraphicsControl(ports.graphicsControl)},
+            {"fps", rate ? json(*rate) : json()}};
+}
 
 }  // namespace
 
@@ -79,11 +90,40 @@ private:
     ScenarioRecorder& recorder_;
 };
 
+/// Looks at the graphics processors before the program does: what is read twice at one moment
+/// says the same.
+class ScenarioRecorder::Measurements final : public Witness {
+public:
+    explicit Measurements(ScenarioRecorder& recorder) : recorder_(recorder) {}
+
+    void measures(std::string_view collector, std::optional<int> sequence) override {
+        if (collector != "gpu")
+            return;
+        json changed = recorder_.changedGraphics();
+        if (changed.empty())
+            return;
+        if (sequence)
+            recorder_.momentNow().graphics = std::move(changed);
+        else
+            recorder_.addEvent(recorder_.mainTime(), std::move(changed));
+    }
+    void updated(std::string_view, int) override {}
+    void committed(std::string_view, std::size_t, std::size_t) override {}
+    void extraLoaded(std::string_view) override {}
+    void extraUnloaded(std::string_view) override {}
+    void logged(std::string_view) override {}
+
+private:
+    ScenarioRecorder& recorder_;
+};
+
 ScenarioRecorder::ScenarioRecorder(const Ports& ports)
     : ports_(ports), counters_(std::make_unique<Counters>(ports.processorCounters, *this)),
-      loads_(std::make_unique<Loads>(ports.loadAverages, *this)), start_(ports.clock.now()),
-      monotonicStart_(ports.clock.monotonic()), preferences_(jsonOfValue(ports.preferences.readAll())),
-      dark_(ports.appearance.isDark()), contrastOn_(ports.appearance.increasesContrast()) {
+      loads_(std::make_unique<Loads>(ports.loadAverages, *this)),
+      measurements_(std::make_unique<Measurements>(*this)), start_(ports.clock.now()),
+      monotonicStart_(ports.clock.monotonic()),
+      preferences_(jsonOfValue(ports.preferences.readAll())), dark_(ports.appearance.isDark()),
+      contrastOn_(ports.appearance.increasesContrast()) {
     machine_ = {{"cpus", counters_->cpuCount()},
                 {"logical", counters_->logicalCores()},
                 {"physical", counters_->physicalCores()},
@@ -91,9 +131,13 @@ ScenarioRecorder::ScenarioRecorder(const Ports& ports)
                 {"boot", ports.bootTime.bootSeconds().value_or(0)}};
     if (const auto model = ports.machineIdentity.modelIdentifier())
         machine_["model"] = *model;
+    graphics_ = graphicsJSON(ports);
+    machine_.update(graphics_);
+    machine_["screens"] = recordedScreens(ports.displays, ports.registry);
 
     NotificationCenter& workspace = ports.workspace.notificationCenter();
-    willSleep_ = workspace.observe(std::string(kWorkspaceWillSleep), [this](auto&) { fallAsleep(); });
+    willSleep_ =
+        workspace.observe(std::string(kWorkspaceWillSleep), [this](auto&) { fallAsleep(); });
     didWake_ = workspace.observe(std::string(kWorkspaceDidWake), [this](auto&) { wakeUp(); });
     DistributedNotifications& center = ports.distributedNotifications;
     theme_ = center.observe(std::string(kInterfaceThemeChanged), [this](auto&) {
@@ -107,8 +151,21 @@ ScenarioRecorder::ScenarioRecorder(const Ports& ports)
 ScenarioRecorder::~ScenarioRecorder() = default;
 
 Ports ScenarioRecorder::ports() noexcept {
-    return overriddenPorts(
+    Ports ports = overriddenPorts(
         ports_, {.processorCounters = counters_.get(), .loadAverages = loads_.get()});
+    ports.witness = measurements_.get();
+    return ports;
+}
+
+/// What isn't as it was last seen.
+json ScenarioRecorder::changedGraphics() {
+    json now = graphicsJSON(ports_);
+    json changed = json::object();
+    for (const auto& [key, value] : now.items())
+        if (value != graphics_[key])
+            changed[key] = value;
+    graphics_ = std::move(now);
+    return changed;
 }
 
 double ScenarioRecorder::mainTime() const noexcept {
@@ -162,6 +219,7 @@ json ScenarioRecorder::scenario(double seconds) const {
             change["load"] = loadsJSON(*moment.loads);
         if (moment.counts)
             change.update({{"tasks", moment.counts->tasks}, {"threads", moment.counts->threads}});
+        change.update(moment.graphics);
         all.emplace(at, std::move(change));
         if (moment.lateness > 0)
             all.emplace(at, json{{"stall", moment.lateness}});
@@ -172,9 +230,13 @@ json ScenarioRecorder::scenario(double seconds) const {
         event.update(what);
         events.push_back(std::move(event));
     }
-    return {{"start", start_},          {"until", seconds}, {"latency", 0},
-            {"machine", machine_},      {"preferences", preferences_},
-            {"dark", dark_},            {"contrast", contrastOn_},
+    return {{"start", start_},
+            {"until", seconds},
+            {"latency", 0},
+            {"machine", machine_},
+            {"preferences", preferences_},
+            {"dark", dark_},
+            {"contrast", contrastOn_},
             {"events", std::move(events)}};
 }
 

@@ -18,7 +18,9 @@ namespace vantor {
 /// same figures.
 ///
 /// Each reading is put at the whole second for which it was made, followed by a stall that makes
-/// the replay as late for that second as the program was.
+/// the replay as late for that second as the program was. Graphics processors are looked at
+/// whenever the program is about to read them; where they changed, the replay has that as a change
+/// of the displays, after which it measures once more than the program did.
 /// Thread: that of the program's main queue. Outlives the program that runs on its ports.
 class ScenarioRecorder {
 public:
@@ -35,18 +37,21 @@ public:
 private:
     class Counters;
     class Loads;
+    class Measurements;
 
     /// What was read for one whole second, by its place in main-queue time.
     struct Moment {
         std::optional<std::vector<ProcessorTicks>> ticks;
         std::optional<ProcessCounts> counts;
         std::optional<FixedLoads> loads;
+        nlohmann::ordered_json graphics = nlohmann::ordered_json::object();  // what changed
         double lateness = 0;
     };
 
     double mainTime() const noexcept;
     Moment& momentNow();
     void noteClockStep();
+    nlohmann::ordered_json changedGraphics();
     void addEvent(double at, nlohmann::ordered_json event);
     void fallAsleep() noexcept;
     void wakeUp();
@@ -54,11 +59,13 @@ private:
     Ports ports_;
     std::unique_ptr<Counters> counters_;
     std::unique_ptr<Loads> loads_;
+    std::unique_ptr<Measurements> measurements_;
     double start_;  // seconds since 1970
     double monotonicStart_;
     double stepped_ = 0;  // seconds that the wall clock has moved beyond the monotonic one
     std::optional<double> sleepBegan_;  // main-queue time, while asleep
     double awakeSince_ = 0;             // main-queue time
+    nlohmann::ordered_json graphics_;  // as it was last seen
     nlohmann::ordered_json machine_;
     nlohmann::ordered_json preferences_;
     std::map<double, Moment> moments_;

@@ -25,6 +25,11 @@ TEST(Base64Test, EveryLengthIsDecoded) {
     EXPECT_EQ(decoded("/+8A"), std::string("\xFF\xEF\0", 3));
 }
 
+TEST(Base64Test, EveryLengthIsEncoded) {
+    for (const std::string_view text : {"", "YQ==", "YWI=", "YWJj", "/+8A", "AAAA/w=="})
+        EXPECT_EQ(base64FromData(*dataFromBase64(text)), text);
+}
+
 TEST(Base64Test, WhatIsNotBase64IsRefused) {
     for (const std::string_view text :
          {"Y", "YQ", "YQ=", "====", "Y===", "YQ==YQ==", "Y Q=", "YWJ\n", "YW_j", "=QAA"})

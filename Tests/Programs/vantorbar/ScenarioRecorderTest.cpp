@@ -13,9 +13,11 @@
 #include "Platform/Simulated/SimulatedMachine.h"
 #include "Programs/vantorbar/Simulation.h"
 #include "Shared/Collectors/CPUStatCollector.h"
+#include "Shared/Collectors/GPUStatCollector.h"
 #include "Shared/Collectors/LoadStatCollector.h"
 #include "Shared/ProcessContext.h"
 #include "Targets/VantorBarCPU/VantorBarCPU.h"
+#include "Tests/Support/GraphicsTree.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace vantor {
@@ -25,6 +27,12 @@ struct BusyMachine : simulated::SimulatedMachine {
     BusyMachine() : SimulatedMachine(kStart + 0.3) {
         processorCounters.setRates({{{30.3, 9.7, 60, 0}, {11, 0, 85, 4}}});
         preferences.write("TimerFrequency", std::int64_t{2});
+        setGraphics(10, 250);
+    }
+    void setGraphics(double load, std::int64_t usedBytes) {
+        registry.setTree(test::graphicsTree(
+            {{.statistics = {{"Device Utilization %", load}, {"vramUsedBytes", usedBytes}},
+              .driver = {{"VRAM,totalsize", std::int64_t{1000}}}}}));
     }
 };
 
@@ -92,6 +100,35 @@ TEST_F(ScenarioRecorderTest, ARecordingReplaysToTheSameFigures) {
         expectSameRing(collectors["load"]["storages"][std::to_string(type)],
                        context.loadCollector().storageForType(type));
     }
+}
+
+TEST_F(ScenarioRecorderTest, TheFiguresOfGraphicsProcessorsAreReplayed) {
+    machine.run(10);
+    machine.setGraphics(60, 500);
+    machine.run(30);
+    machine.setGraphics(85, 750);
+    const nlohmann::json state = replayed(10)["collectors"]["gpu"]["items"][0];
+    EXPECT_EQ(state["key"], "Slot1");
+    EXPECT_EQ(state["model"], "AMD Radeon R9 M370X");
+    EXPECT_EQ(state["processor"], 85);
+    EXPECT_EQ(state["usedMemory"], 750);
+    EXPECT_EQ(state["totalyMemory"], 1000);
+    EXPECT_EQ(state["displays"].size(), 1U);
+    const auto loadAt = [&](std::size_t position) {
+        return state["storages"]["0"][position]["values"][1].get<double>();
+    };
+    EXPECT_EQ(loadAt(0), 85);
+    EXPECT_EQ(loadAt(state["storages"]["0"].size() - 1), 10);
+    const auto& history = context.existingGPUCollector()->gpu(0);
+    EXPECT_EQ(history.processor(), 85);
+}
+
+TEST_F(ScenarioRecorderTest, GraphicsThatDoNotChangeAreNoEvents) {
+    machine.run(30);
+    const auto scenario = recorder.scenario(30);
+    EXPECT_TRUE(scenario["machine"].contains("registry"));
+    for (const auto& event : scenario["events"])
+        EXPECT_FALSE(event.contains("registry"));
 }
 
 TEST_F(ScenarioRecorderTest, ALateTickIsReplayedAsLate) {
