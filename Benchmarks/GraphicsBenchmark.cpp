@@ -10,8 +10,10 @@
 
 #include "Platform/Linux/LinuxPlatform.h"
 #include "Platform/Linux/LinuxRegistry.h"
+#include "Platform/Linux/NVMLReadings.h"
 #include "Shared/Collectors/GPUStatCollector.h"
 #include "Shared/ProcessContext.h"
+#include "Tests/Support/FakeNVML.h"
 
 namespace vantor {
 namespace {
@@ -107,6 +109,30 @@ void findCards(benchmark::State& state) {
     }
 }
 BENCHMARK(findCards)->Arg(0)->Arg(1)->Arg(2)->UseManualTime();
+
+/// What the main queue pays for NVIDIA's library while that hangs in a reading: a sample, and
+/// another library in its place, as after a change of the devices.
+void sampleHangingNVML(benchmark::State& state) {
+    using namespace test::nvml_functions;
+    constexpr const char* kAddress = "0000:01:00.0";
+    constexpr const char* kHangingRates = "API int nvmlDeviceGetUtilizationRates(void*, "
+                                          "Utilization*) { note('r'); pause(); return 1; }";
+    test::FakeNVML nvml;
+    const std::string file = nvml.library({kInit, kShutdown, kHandle, kMemory, kHangingRates});
+    std::optional<NVMLReadings> readings;
+    readings.emplace(std::vector<std::string>{kAddress}, file);
+    while (!nvml.calls().ends_with('r'))
+        readings->request(NVMLReadings::Hold::kept);
+    for (auto step : state) {
+        readings->request(NVMLReadings::Hold::kept);
+        benchmark::DoNotOptimize(readings->answer(kAddress));
+    }
+    const auto start = std::chrono::steady_clock::now();
+    readings.emplace(std::vector<std::string>{kAddress}, file);
+    const std::chrono::duration<double, std::micro> took = std::chrono::steady_clock::now() - start;
+    state.counters["replacing_us"] = took.count();
+}
+BENCHMARK(sampleHangingNVML)->Iterations(100'000);
 
 }  // namespace
 }  // namespace vantor
