@@ -286,6 +286,20 @@ TEST_F(StatInterfaceCPUTest, AwakeIsNeverLongerThanUp) {
     EXPECT_EQ(interface().sleepTime(), "0 minutes");
 }
 
+TEST_F(StatInterfaceCPUTest, ItRunsSinceAMomentOnTheUsersClock) {
+    const double boot = simulated::SimulatedMachine::kStart - 120;
+    world.machine.bootTime.setBootSeconds(static_cast<std::int64_t>(boot));
+    UptimeStatCollector::sharedUptimeCollector().loadUptime();
+    world.machine.timeZone.setRules(
+        *TimeZoneRules::fromZoneFile(test::zoneBlock('\0', 4, {}, {-5 * 3600})));
+    world.machine.regionalSettings.setDateWriter(
+        [](double seconds, std::string_view pattern, const std::string&) {
+            return fmt::format("{} in {}", seconds, pattern);
+        });
+
+    EXPECT_EQ(interface().bootTime(), fmt::format("{} in EEEE d MMM, h:mm a", boot - 5 * 3600));
+}
+
 TEST_F(StatInterfaceCPUTest, WhatIsNotKnownYetIsEmpty) {
     EXPECT_EQ(interface().bootTime(), "");
     EXPECT_EQ(interface().awakeTime(), "");
