@@ -50,15 +50,23 @@ void OffscreenMenu::displayIfNeeded() {
     if (!needsDisplay_ || menu == nullptr)
         return;
     needsDisplay_ = false;
-    const VTRMenu::Items rows = menu->itemArray();
-    for (const auto& item : rows) {
-        StatInterfaceView* const view = item->view();
-        if (view == nullptr || !view->treeNeedsDisplay())
-            continue;
-        Painting::ImageSurface surface(view->frame().size(), 1);
-        Painting::Context context = surface.context(originOf(*view));
-        view->display(context);
+    for (std::size_t row = 0; row < menu->itemArray().size(); ++row) {
+        const auto item = menu->itemArray()[row];
+        if (StatInterfaceView* const view = item->view(); view && view->treeNeedsDisplay())
+            displayRow(*view);
     }
+}
+
+/// On one canvas for all rows, which stays as large as the largest of them was.
+void OffscreenMenu::displayRow(StatInterfaceView& view) {
+    const Size size = view.frame().size();
+    const Size room = canvas_ ? canvas_->size() : Size{1, 1};
+    if (!canvas_ || room.width < size.width || room.height < size.height)
+        canvas_.emplace(Size{std::max(room.width, size.width), std::max(room.height, size.height)},
+                        1);
+    Painting::Context context = canvas_->context(Painting::Origin::upperLeft);
+    Painting::Context inside(context, {0, 0, size.width, size.height}, originOf(view));
+    view.display(inside);
 }
 
 Painting::ImageSurface OffscreenMenu::snapshot(VTRMenu& menu, double scale,

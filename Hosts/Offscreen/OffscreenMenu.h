@@ -29,6 +29,8 @@ public:
     /// Lets go of the menu without a word: the process that showed it died.
     void abandon() noexcept;
 
+    /// Whether there still is such a menu.
+    bool isThere() const noexcept { return menu_.get() != nullptr; }
     bool shows(const VTRMenu& menu) const noexcept { return menu_.get() == &menu; }
     void displayIfNeeded();
 
@@ -40,7 +42,10 @@ public:
     void setNeedsDisplay(View&, View&) override { needsDisplay_ = true; }
 
 private:
+    void displayRow(StatInterfaceView& view);
+
     WeakHandle<VTRMenu> menu_;
+    std::optional<Painting::ImageSurface> canvas_;
     bool needsDisplay_ = true;
 };
 

@@ -1,6 +1,7 @@
 #include "Targets/VantorBarCPU/Interface/StatInterfaceCPU.h"
 
 #include <cmath>
+#include <filesystem>
 #include <optional>
 
 #include <fmt/format.h>
@@ -8,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "Foundation/TimeZoneRules.h"
+#include "Hosts/Offscreen/OffscreenMenu.h"
 #include "Shared/Collectors/CPUStatCollector.h"
 #include "Shared/Collectors/LoadStatCollector.h"
 #include "Shared/Collectors/UptimeStatCollector.h"
@@ -15,6 +17,7 @@
 #include "Shared/Textfields/StatInterfaceTextField.h"
 #include "Shared/VTRPreferenceFunctions.h"
 #include "Shared/Views/StatInterfaceView.h"
+#include "Tests/Support/AllocationCounter.h"
 #include "Tests/Support/World.h"
 #include "Tests/Support/ZoneFiles.h"
 
@@ -298,6 +301,33 @@ TEST_F(StatInterfaceCPUTest, ItRunsSinceAMomentOnTheUsersClock) {
         });
 
     EXPECT_EQ(interface().bootTime(), fmt::format("{} in EEEE d MMM, h:mm a", boot - 5 * 3600));
+}
+
+TEST_F(StatInterfaceCPUTest, AnOpenDropdownUpdatesWithoutTheHeap) {
+    world.machine.directories.setResources(std::filesystem::path(VANTOR_BUNDLE_DIR).parent_path());
+    world.machine.bootTime.setBootSeconds(
+        static_cast<std::int64_t>(simulated::SimulatedMachine::kStart));  // no text is long
+    UptimeStatCollector::sharedUptimeCollector().loadUptime();
+    interface();
+    OffscreenMenu shown(*interface().menu());
+    OffscreenMenu cores(interface().coresMenu());
+    CPUStatCollector& cpu = CPUStatCollector::sharedCPUCollector();
+    const auto update = [&] {
+        cpu.updateStats();
+        LoadStatCollector::sharedLoadCollector().updateStats();
+        interface().cpuCollectorUpdatedForMode(0);
+        interface().loadCollectorUpdatedForMode(0);
+        interface().gpuCollectorUpdatedForMode(0);
+        shown.displayIfNeeded();
+        cores.displayIfNeeded();
+    };
+    for (int time = 0; time < 5; ++time)
+        update();
+
+    const test::AllocationCounter allocations;
+    update();
+
+    EXPECT_EQ(allocations.count(), 0U);
 }
 
 TEST_F(StatInterfaceCPUTest, WhatIsNotKnownYetIsEmpty) {
