@@ -65,6 +65,7 @@ struct PortOverrides {
     WorkQueues* workQueues = nullptr;
     ProcessorCounters* processorCounters = nullptr;
     LoadAverages* loadAverages = nullptr;
+    Directories* directories = nullptr;
     PreferenceDomain* preferences = nullptr;
     Appearance* appearance = nullptr;
     FileSystem* fileSystem = nullptr;
@@ -83,7 +84,7 @@ inline Ports overriddenPorts(const Ports& ports, const PortOverrides& overrides)
             .processorCounters = pick(overrides.processorCounters, ports.processorCounters),
             .loadAverages = pick(overrides.loadAverages, ports.loadAverages),
             .bootTime = ports.bootTime,
-            .directories = ports.directories,
+            .directories = pick(overrides.directories, ports.directories),
             .systemLog = ports.systemLog,
             .workspace = ports.workspace,
             .daemonTransport = ports.daemonTransport,

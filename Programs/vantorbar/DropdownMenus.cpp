@@ -1,6 +1,7 @@
 #include "Programs/vantorbar/DropdownMenus.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "Shared/Buttons/StatInterfaceButton.h"
@@ -11,6 +12,8 @@ namespace vantor {
 namespace {
 
 constexpr std::int64_t kPress = 1;  // both ends of one
+constexpr std::string_view kFixedSubmenus[] = {"cores", "history", "load", "uptime"};
+constexpr std::string_view kMemoryMenu = "memory:", kProcessorMenu = "processor:";
 
 struct NamedMenu {
     std::string name;
@@ -18,13 +21,16 @@ struct NamedMenu {
 };
 
 std::vector<NamedMenu> submenus(const StatInterfaceCPU& interface) {
-    std::vector<NamedMenu> menus{{"cores", &interface.coresMenu()},
-                                 {"history", &interface.historyMenu()},
-                                 {"load", &interface.loadMenu()},
-                                 {"uptime", &interface.uptimeMenu()}};
+    VTRMenu* const fixed[] = {&interface.coresMenu(), &interface.historyMenu(),
+                              &interface.loadMenu(), &interface.uptimeMenu()};
+    std::vector<NamedMenu> menus;
+    for (std::size_t index = 0; index < std::size(fixed); ++index)
+        menus.push_back({std::string(kFixedSubmenus[index]), fixed[index]});
     for (const auto& gpu : interface.gpuItems()) {
-        menus.push_back({"memory:" + gpu->key, gpu->memoryMenuitem->submenu().get()});
-        menus.push_back({"processor:" + gpu->key, gpu->processorMenuitem->submenu().get()});
+        menus.push_back(
+            {std::string(kMemoryMenu) + gpu->key, gpu->memoryMenuitem->submenu().get()});
+        menus.push_back(
+            {std::string(kProcessorMenu) + gpu->key, gpu->processorMenuitem->submenu().get()});
     }
     return menus;
 }
@@ -76,6 +82,19 @@ VTRMenu* menuNamed(VTRMenuExtra& extra, std::string_view name) {
     return nullptr;
 }
 
+bool isSubmenuName(std::string_view name) {
+    return std::ranges::find(kFixedSubmenus, name) != std::end(kFixedSubmenus) ||
+           name.starts_with(kMemoryMenu) || name.starts_with(kProcessorMenu);
+}
+
+std::vector<std::string> submenuNames(const VTRMenuExtra& extra) {
+    std::vector<std::string> names;
+    if (const StatInterfaceCPU* const interface = interfaceOf(extra))
+        for (const NamedMenu& submenu : submenus(*interface))
+            names.push_back(submenu.name);
+    return names;
+}
+
 std::string submenuName(VTRMenuExtra& extra, const VTRMenuItem& item) {
     if (const StatInterfaceCPU* const interface = interfaceOf(extra))
         for (const auto& [name, menu] : submenus(*interface))
@@ -88,6 +107,13 @@ bool DropdownMenus::isOpen(std::string_view name) const noexcept {
     return std::ranges::find(open_, name, &Open::name) != open_.end();
 }
 
+std::vector<std::string> DropdownMenus::openNames() const {
+    std::vector<std::string> names;
+    for (auto each = open_.rbegin(); each != open_.rend(); ++each)
+        names.push_back(each->name);
+    return names;
+}
+
 VTRMenu* DropdownMenus::mainMenu() { return isOpen("main") ? menuNamed(extra_, "main") : nullptr; }
 
 void DropdownMenus::tellHighlight(VTRMenu& menu, VTRMenuItem* item) {
@@ -96,6 +122,7 @@ void DropdownMenus::tellHighlight(VTRMenu& menu, VTRMenuItem* item) {
 }
 
 bool DropdownMenus::open(std::string_view name) {
+    forgetGone();
     if (isOpen(name))
         return true;
     if (name != "main") {
@@ -114,6 +141,12 @@ bool DropdownMenus::open(std::string_view name) {
         return false;
     open_.push_back({std::string(name), std::make_unique<OffscreenMenu>(*menu)});
     return true;
+}
+
+/// A graphics processor may have gone with its menus while they were open, and come back with new
+/// ones.
+void DropdownMenus::forgetGone() {
+    std::erase_if(open_, [](const Open& each) { return !each.menu->isThere(); });
 }
 
 void DropdownMenus::close(std::string_view name) {

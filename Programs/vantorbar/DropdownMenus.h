@@ -15,8 +15,13 @@ namespace vantor {
 StatInterfaceCPU* interfaceOf(const VTRMenuExtra& extra);
 
 /// A menu of an extra, by the name under which scenarios, dumps and pictures know it: "main",
-/// "cores", "history", "load" or "uptime". Null where the extra has no such menu now.
+/// "cores", "history", "load", "uptime", or "memory:KEY" or "processor:KEY" of a graphics
+/// processor. Null where the extra has no such menu now.
 VTRMenu* menuNamed(VTRMenuExtra& extra, std::string_view name);
+/// Whether there can be a submenu of that name, on some machine.
+bool isSubmenuName(std::string_view name);
+/// Those that the extra has now.
+std::vector<std::string> submenuNames(const VTRMenuExtra& extra);
 /// The name of a row's submenu; "" for a row without one.
 std::string submenuName(VTRMenuExtra& extra, const VTRMenuItem& item);
 
@@ -36,6 +41,8 @@ public:
     /// Nobody is told that what is open closes: the process dies.
     void abandon() noexcept;
     bool isOpen(std::string_view name) const noexcept;
+    /// Those opened last come first, as they close.
+    std::vector<std::string> openNames() const;
     void displayIfNeeded();
 
 private:
@@ -46,6 +53,7 @@ private:
 
     /// Null unless the main menu is open.
     VTRMenu* mainMenu();
+    void forgetGone();
     void tellHighlight(VTRMenu& menu, VTRMenuItem* item);
 
     VTRMenuExtra& extra_;

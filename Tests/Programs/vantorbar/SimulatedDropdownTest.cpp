@@ -169,6 +169,21 @@ TEST_F(SimulatedDropdownTest, TheHistoryComesToTheBarThatThePointerIsOn) {
     EXPECT_EQ(dropdown()["gpus"]["B"]["processor"].size(), 1U);
 }
 
+TEST_F(SimulatedDropdownTest, ASubmenuThatWentWithItsProcessorOpensAgainWithTheNextOne) {
+    graphics =
+        R"(, "graphicsControl": 0, "model": "MacBookPro8,2", "registry": )" + registry({"A"});
+    ASSERT_EQ(run(R"("events": [{"at": 5, "open": "main"}, {"at": 6, "open": "memory:A"},
+                                {"at": 7, "graphicsControl": 1}, {"at": 7, "registry": )" +
+                  registry({"A"}) + R"(},
+                                {"at": 12, "graphicsControl": 0}, {"at": 12, "registry": )" +
+                  registry({"A"}) + R"(}, {"at": 17, "open": "memory:A"}],
+                     "outputs": [{"at": 10, "dump": "gone.json"}, {"at": 20, "dump": "dump.json"}])"),
+              0)
+        << errors.str();
+    EXPECT_EQ(json::parse(textOf("gone.json"))["dropdown"]["gpus"].size(), 0U);
+    EXPECT_EQ(dropdown()["gpus"]["A"]["memory"].size(), 2U);
+}
+
 TEST_F(SimulatedDropdownTest, ACombinedMenuWithoutSectionsSaysSo) {
     ASSERT_EQ(run(R"("extra": "combined", "preferences": {"CombinedDropdownDisplayMode": "7"},
                      "outputs": [{"at": 5, "dump": "dump.json"}])"),
