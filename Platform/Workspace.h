@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string_view>
 
@@ -24,6 +25,12 @@ public:
     virtual bool openFile(std::string_view path) = 0;
     /// Whether the desktop has what stands for the application or the settings of that path.
     virtual bool exists(std::string_view path) const = 0;
+    /// The PNG file of the icon for the application or the settings of that path that best fits so
+    /// many pixels; nothing where the desktop has none.
+    virtual std::optional<std::filesystem::path> iconFile(std::string_view /*path*/,
+                                                          int /*pixels*/) const {
+        return std::nullopt;
+    }
     /// What the desktop knows of a process as an application, which may be nothing at all;
     /// nothing where it doesn't know it as one, or keeps no such book.
     virtual std::optional<PropertyValue::Dictionary>

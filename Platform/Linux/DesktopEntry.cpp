@@ -60,6 +60,8 @@ void readLine(std::string_view line, DesktopEntry& entry, bool& isApplication) {
         entry.exec = unescaped(value);
     else if (key == "TryExec")
         entry.tryExec = unescaped(value);
+    else if (key == "Icon")
+        entry.icon = unescaped(value);
     else if (key == "Hidden")
         entry.isHidden = value == "true";
     else if (key == "Terminal")

@@ -15,6 +15,7 @@ namespace vantor {
 struct DesktopEntry {
     std::string exec{};
     std::string tryExec{};  // "" where it isn't given
+    std::string icon{};     // a name, or a file's path; "" likewise
     bool isHidden = false;  // stands for an application that was removed
     bool needsTerminal = false;
 };

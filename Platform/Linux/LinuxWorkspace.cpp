@@ -8,6 +8,7 @@
 #include <systemd/sd-bus.h>
 
 #include "Platform/Linux/DesktopEntry.h"
+#include "Platform/Linux/IconTheme.h"
 
 namespace vantor {
 namespace {
@@ -144,11 +145,25 @@ bool LinuxWorkspace::launchEntry(std::string_view id) {
     return command && processes_.start(*std::move(command));
 }
 
+std::optional<DesktopEntry> LinuxWorkspace::installedEntry(std::string_view id) const {
+    return findDesktopEntry(id,
+                            applicationFolders(directories_.applicationSupport(), environment_));
+}
+
 /// Nothing where the entry or its program isn't installed.
 std::optional<std::vector<std::string>> LinuxWorkspace::commandOfEntry(std::string_view id) const {
-    const auto folders = applicationFolders(directories_.applicationSupport(), environment_);
-    const auto entry = findDesktopEntry(id, folders);
+    const auto entry = installedEntry(id);
     return entry ? commandOf(*entry, searchPath_) : std::nullopt;
+}
+
+/// That of the application that a launch would start.
+std::optional<std::filesystem::path> LinuxWorkspace::iconFile(std::string_view path,
+                                                              int pixels) const {
+    for (const std::string_view id : desktopFilesFor(path))
+        if (const auto entry = installedEntry(id); entry && commandOf(*entry, searchPath_))
+            return findIcon(entry->icon, pixels,
+                            iconPlaces(directories_.applicationSupport(), environment_));
+    return std::nullopt;
 }
 
 }  // namespace vantor

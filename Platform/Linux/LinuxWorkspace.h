@@ -1,10 +1,14 @@
 #pragma once
 
+#include <filesystem>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "Foundation/WeakHandle.h"
 #include "Platform/Directories.h"
 #include "Platform/Linux/BusConnection.h"
+#include "Platform/Linux/DesktopEntry.h"
 #include "Platform/Linux/DetachedProcesses.h"
 #include "Platform/Linux/Environment.h"
 #include "Platform/Workspace.h"
@@ -23,12 +27,15 @@ public:
     bool launchApplication(std::string_view name) override;
     bool openFile(std::string_view path) override { return launchApplication(path); }
     bool exists(std::string_view path) const override;
+    /// By the desktop's icon themes, of which the user's comes first.
+    std::optional<std::filesystem::path> iconFile(std::string_view path, int pixels) const override;
 
 private:
     void listen();
     void subscribe();
     void prepareForSleep(sd_bus_message& message);
     bool launchEntry(std::string_view id);
+    std::optional<DesktopEntry> installedEntry(std::string_view id) const;
     std::optional<std::vector<std::string>> commandOfEntry(std::string_view id) const;
 
     MainQueue& queue_;

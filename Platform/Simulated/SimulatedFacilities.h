@@ -123,6 +123,14 @@ public:
     }
     /// From now on there is something at that path.
     void install(std::string path) { existing_.push_back(std::move(path)); }
+    /// The icon of what is at that path, for any size.
+    void setIcon(std::string path, std::filesystem::path file) {
+        icons_.insert_or_assign(std::move(path), std::move(file));
+    }
+    std::optional<std::filesystem::path> iconFile(std::string_view path, int) const override {
+        const auto known = icons_.find(path);
+        return known == icons_.end() ? std::nullopt : std::optional(known->second);
+    }
     std::optional<PropertyValue::Dictionary>
     applicationInformation(std::int64_t processID) override {
         ++informationRequests_;
@@ -134,6 +142,7 @@ private:
     Journal* journal_;
     NotificationCenter center_;
     std::vector<std::string> launched_, existing_;
+    std::map<std::string, std::filesystem::path, std::less<>> icons_;
     std::map<std::int64_t, std::optional<PropertyValue::Dictionary>> information_;
     int informationRequests_ = 0;
 };

@@ -1,9 +1,11 @@
 #include "Shared/Buttons/StatInterfaceButton.h"
 
 #include <array>
+#include <cmath>
 
 #include <fmt/format.h>
 
+#include "Foundation/Image.h"
 #include "Painting/Image.h"
 #include "Platform/Workspace.h"
 #include "Shared/ProcessContext.h"
@@ -70,10 +72,31 @@ void StatInterfaceButton::mouseUp(std::int64_t) {
         openApp();
 }
 
+void StatInterfaceButton::updateColors() {
+    iconScale_ = 0;
+    setNeedsDisplay();
+}
+
+void StatInterfaceButton::findIcon(double scale) {
+    iconScale_ = scale;
+    icon_ = nullptr;
+    const std::string_view path = launcherPath(tag_);
+    const Workspace& workspace = ProcessContext::current().ports().workspace;
+    const auto file =
+        path.empty() ? std::nullopt
+                     : workspace.iconFile(path, static_cast<int>(std::ceil(kIconSize * scale)));
+    if (file)
+        icon_ = Painting::Image::fromPixels(Image::fromFile(*file));
+    if (!icon_)
+        icon_ = VTRImageNamed(fmt::format("stats-launcher-{}", tag_));
+}
+
 void StatInterfaceButton::draw(Painting::Context& context) {
     context.fill(bounds(), menuBackground());
-    if (const auto icon = VTRImageNamed(fmt::format("stats-launcher-{}", tag_)))
-        context.drawImage(*icon, Rect{0, 0, kIconSize, kIconSize},
+    if (iconScale_ != context.scale())
+        findIcon(context.scale());
+    if (icon_)
+        context.drawImage(*icon_, Rect{0, 0, kIconSize, kIconSize},
                           highlighted_ ? kPressedAlpha : 1);
 }
 

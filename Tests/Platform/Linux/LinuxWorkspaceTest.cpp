@@ -101,6 +101,19 @@ TEST_F(LinuxWorkspaceTest, ApplicationThatTheUserRemovedIsPassedOver) {
     EXPECT_FALSE(fs::exists(folder / "incomplete"));
 }
 
+TEST_F(LinuxWorkspaceTest, AnIconIsThatOfWhatALaunchWouldStart) {
+    install("all", "org.gnome.SystemMonitor.desktop", "TryExec=/nowhere\nIcon=other\nExec=true");
+    install("all", "htop.desktop", "Icon=htop\nExec=true");
+    const fs::path loose = folder / "all/pixmaps";
+    fs::create_directories(loose);
+    std::ofstream(loose / "htop.png");
+    std::ofstream(loose / "other.png");
+    EXPECT_EQ(workspace.iconFile("/Applications/Utilities/Activity Monitor.app", 20),
+              loose / "htop.png");
+    EXPECT_EQ(workspace.iconFile("Console.app", 20), std::nullopt);
+    EXPECT_EQ(workspace.iconFile("", 20), std::nullopt);
+}
+
 TEST_F(LinuxWorkspaceTest, WhatIsNotInstalledOrUnknownIsNotStarted) {
     install("all", "org.gnome.Logs.desktop", touching("never"));
     EXPECT_FALSE(workspace.launchApplication("Activity Monitor.app"));

@@ -7,6 +7,7 @@
 
 #include "Painting/ImageSurface.h"
 #include "Shared/VTRPreferenceFunctions.h"
+#include "Tests/Support/TemporaryFolder.h"
 #include "Tests/Support/World.h"
 
 namespace vantor {
@@ -48,6 +49,24 @@ TEST_F(StatInterfaceButtonTest, EachTagOpensItsProgram) {
     }
     EXPECT_EQ(world.machine.workspace.launched(),
               std::vector<std::string>(std::begin(paths), std::end(paths)));
+}
+
+TEST_F(StatInterfaceButtonTest, TheDesktopsIconStandsForOurArtwork) {
+    const test::TemporaryFolder folder;
+    const std::filesystem::path file = folder / "icon.png";
+    Painting::ImageSurface icon({32, 32}, 1);
+    icon.context().fill(Rect{0, 0, 32, 32}, Colour{1, 0, 0, 1});
+    ASSERT_TRUE(icon.writePNG(file));
+    button.setTag(3);
+    const std::uint32_t artwork = centreOf(button);
+
+    world.machine.workspace.setIcon("/Applications/Utilities/Terminal.app", file);
+    button.updateColors();
+    EXPECT_EQ(centreOf(button), 0xFFFF0000);
+    world.machine.workspace.setIcon("/Applications/Utilities/Terminal.app", folder / "gone.png");
+    button.updateColors();
+
+    EXPECT_EQ(centreOf(button), artwork);
 }
 
 TEST_F(StatInterfaceButtonTest, AProgramsFirstPlaceWinsWhereItExists) {
