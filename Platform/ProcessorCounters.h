@@ -13,6 +13,15 @@ struct ProcessorTicks {
     bool operator==(const ProcessorTicks&) const = default;
 };
 
+/// What of all CPUs' ticks was spent on something that the four states don't tell apart, over all
+/// that were spent; since an unknown start, never falling.
+struct ProcessorWaits {
+    std::uint64_t iowait = 0;  // of idle: waiting for a disk
+    std::uint64_t steal = 0;   // of system: taken by other virtual machines
+    std::uint64_t all = 0;
+    bool operator==(const ProcessorWaits&) const = default;
+};
+
 struct ProcessCounts {
     std::int32_t tasks = 0, threads = 0;
 };
@@ -32,6 +41,8 @@ public:
     /// still. Where there is no reading, `into` stays untouched and the result is false.
     virtual bool readTicks(std::span<ProcessorTicks> into) noexcept = 0;
     virtual ProcessCounts readProcessCounts() noexcept = 0;
+    /// As of the last reading of the ticks; all 0 where the machine doesn't tell.
+    virtual ProcessorWaits waits() const noexcept { return {}; }
 };
 
 }  // namespace vantor

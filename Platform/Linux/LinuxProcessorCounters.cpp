@@ -118,6 +118,13 @@ ProcessCounts LinuxProcessorCounters::readProcessCounts() noexcept {
     return {.tasks = readTasks(), .threads = readThreads()};
 }
 
+ProcessorWaits LinuxProcessorCounters::waits() const noexcept {
+    ProcessorWaits sum;
+    for (const SteadyTicks& processor : processors_)
+        processor.addTo(sum);
+    return sum;
+}
+
 std::int32_t LinuxProcessorCounters::readTasks() const noexcept {
     struct stat status {};
     if (::stat(procFolder_.c_str(), &status) != 0)

@@ -35,6 +35,7 @@ public:
     bool readTicks(std::span<ProcessorTicks> into) noexcept override;
     /// A figure that can't be read is 0.
     ProcessCounts readProcessCounts() noexcept override;
+    ProcessorWaits waits() const noexcept override;
 
 private:
     SteadyTicks* processorOf(std::uint32_t cpu) noexcept;

@@ -5,13 +5,20 @@
 namespace vantor {
 namespace {
 
-/// In the order of `ProcessorTicks`. What is kept from falling is the sum, not each figure of it:
-/// while a CPU idles, the kernel moves its time from iowait to idle and back, whenever another CPU
-/// takes over or returns a waiting task. Iowait then falls and idle rises by the same ticks; kept
-/// apart, idle would gain them and iowait wouldn't lose them, and the CPU would seem to idle twice.
-std::array<std::uint64_t, 4> sumsOf(const ProcessorFigures& figures) noexcept {
-    return {figures.user, figures.system + figures.irq + figures.softirq + figures.steal,
-            figures.idle + figures.iowait, figures.nice};
+constexpr std::size_t kStates = 4;
+
+/// In the order of `ProcessorTicks`, the two parts behind them. What is kept from falling is the
+/// sum, not each figure of it: while a CPU idles, the kernel moves its time from iowait to idle and
+/// back, whenever another CPU takes over or returns a waiting task. Iowait then falls and idle
+/// rises by the same ticks; kept apart, idle would gain them and iowait wouldn't lose them, and the
+/// CPU would seem to idle twice.
+std::array<std::uint64_t, 6> sumsOf(const ProcessorFigures& figures) noexcept {
+    return {figures.user,
+            figures.system + figures.irq + figures.softirq + figures.steal,
+            figures.idle + figures.iowait,
+            figures.nice,
+            figures.iowait,
+            figures.steal};
 }
 
 }  // namespace
@@ -54,6 +61,13 @@ ProcessorTicks SteadyTicks::ticks() const noexcept {
         return static_cast<std::uint32_t>(counters_[i].value());
     };
     return {.user = cut(0), .system = cut(1), .idle = cut(2), .nice = cut(3)};
+}
+
+void SteadyTicks::addTo(ProcessorWaits& waits) const noexcept {
+    for (std::size_t state = 0; state < kStates; ++state)
+        waits.all += counters_[state].value();
+    waits.iowait += counters_[kStates].value();
+    waits.steal += counters_[kStates + 1].value();
 }
 
 }  // namespace vantor

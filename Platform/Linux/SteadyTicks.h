@@ -33,7 +33,8 @@ private:
     std::uint64_t raw_ = 0;  // the kernel's figure that `value_` stands for
 };
 
-/// The four counters of one CPU, made from the kernel's ten figures.
+/// The four counters of one CPU, made from the kernel's ten figures, and two that are parts of
+/// them.
 class SteadyTicks {
 public:
     /// The kernel's own count since boot.
@@ -44,9 +45,11 @@ public:
     bool started() const noexcept { return started_; }
     /// All 0 before the start.
     ProcessorTicks ticks() const noexcept;
+    void addTo(ProcessorWaits& waits) const noexcept;
 
 private:
-    std::array<SteadyCounter, 4> counters_;
+    // Those of `ProcessorTicks`, and then iowait and steal.
+    std::array<SteadyCounter, 6> counters_;
     bool started_ = false;
 };
 

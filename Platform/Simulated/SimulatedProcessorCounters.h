@@ -27,6 +27,7 @@ public:
     void spend(std::size_t cpu, const ProcessorTicks& more) noexcept;
     void setProcessCounts(ProcessCounts counts) noexcept { counts_ = counts; }
     ProcessCounts processCounts() const noexcept { return counts_; }
+    void setWaits(const ProcessorWaits& waits) noexcept { waits_ = waits; }
     void setFailing(bool failing) noexcept { failing_ = failing; }
 
     std::size_t cpuCount() const noexcept override { return cpus_.size(); }
@@ -35,6 +36,7 @@ public:
     std::int64_t physicalCores() const noexcept override { return physical_; }
     bool readTicks(std::span<ProcessorTicks> into) noexcept override;
     ProcessCounts readProcessCounts() noexcept override { return counts_; }
+    ProcessorWaits waits() const noexcept override { return waits_; }
 
 private:
     struct CPU {
@@ -50,6 +52,7 @@ private:
     std::vector<CPU> cpus_;
     std::int64_t configured_, logical_, physical_;
     ProcessCounts counts_;
+    ProcessorWaits waits_;
     bool failing_ = false;
 };
 

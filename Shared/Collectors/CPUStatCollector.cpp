@@ -48,12 +48,23 @@ CPUShares sharesBetween(const ProcessorTicks& before, const ProcessorTicks& afte
     return {percent(user), percent(system), percent(nice)};
 }
 
+CPUWaits waitsBetween(const ProcessorWaits& before, const ProcessorWaits& after) noexcept {
+    if (after.all <= before.all)
+        return {};
+    const auto percent = [all = after.all - before.all](std::uint64_t from, std::uint64_t to) {
+        const std::uint64_t part = to > from ? std::min(to - from, all) : 0;
+        return static_cast<double>(part) / static_cast<double>(all) * 100;
+    };
+    return {percent(before.iowait, after.iowait), percent(before.steal, after.steal)};
+}
+
 CPUStatCollector::CPUStatCollector(const Ports& ports)
     : StatCollector(ports, "cpu", "<CPUStatCollector>", sampleCount()) {
     setTablePrefix("cpu");
     mutableConfig() = {
         .addSampleIDKeys = {"sample", "id"},
-        .addSampleMap = {{"u", 0}, {"user", 0}, {"s", 1}, {"p", 1}, {"system", 1}, {"n", 2}, {"nice", 2}},
+        .addSampleMap =
+            {{"u", 0}, {"user", 0}, {"s", 1}, {"p", 1}, {"system", 1}, {"n", 2}, {"nice", 2}},
         .sampleKeys = {{"user", 0}, {"system", 1}, {"nice", 2}},
         .emptySampleKeys = {"user", "system", "nice"},
         .xmlSampleKeys = {{"u", 0}, {"s", 1}, {"n", 2}},
@@ -98,6 +109,7 @@ void CPUStatCollector::setup() {
     }
     ports().processorCounters.readTicks(previous_);
     current_ = previous_;
+    previousWaits_ = counters.waits();
 }
 
 std::int64_t CPUStatCollector::physicalCoreCount() const noexcept {
@@ -116,6 +128,8 @@ cpu_container CPUStatCollector::dataForCPU(std::size_t index) const noexcept {
 void CPUStatCollector::measure() {
     nextSampleID();
     ports().processorCounters.readTicks(current_);  // without a reading all shares are 0
+    const ProcessorWaits waits = ports().processorCounters.waits();
+    waits_ = waitsBetween(std::exchange(previousWaits_, waits), waits);
     const CPUShares sum = measureCores();
     if (hyperThreading_)
         measurePhysicalCores();

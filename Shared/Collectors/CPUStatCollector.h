@@ -18,6 +18,14 @@ struct CPUShares {
     bool operator==(const CPUShares&) const = default;
 };
 
+/// What of the time between two readings went into waiting, in percent: for disks, and for other
+/// virtual machines. Parts of idle and of system.
+struct CPUWaits {
+    double iowait = 0, steal = 0;
+    bool operator==(const CPUWaits&) const = default;
+};
+CPUWaits waitsBetween(const ProcessorWaits& before, const ProcessorWaits& after) noexcept;
+
 /// All 0 when no tick has passed. A counter that wrapped gives the right share.
 CPUShares sharesBetween(const ProcessorTicks& before, const ProcessorTicks& after) noexcept;
 
@@ -60,6 +68,8 @@ public:
     bool hyperThreading() const noexcept { return hyperThreading_; }
     std::int32_t taskCount() const noexcept { return processCounts_.tasks; }
     std::int32_t threadCount() const noexcept { return processCounts_.threads; }
+    /// Of the newest sample; all 0 where the machine doesn't tell.
+    const CPUWaits& waits() const noexcept { return waits_; }
     /// The ticks of CPU 0 since boot, all states together; -1 until the first measurement.
     double runningTime() const noexcept { return runningTime_; }
 
@@ -76,6 +86,8 @@ private:
     std::vector<CPUStatCollectorItem*> cores_;  // the collector's items, by CPU
     std::vector<std::unique_ptr<CPUStatCollectorItem>> physicalCores_;
     std::vector<ProcessorTicks> previous_, current_;
+    ProcessorWaits previousWaits_;
+    CPUWaits waits_;
     std::int64_t coreCount_ = 0;
     bool hyperThreading_ = false;
     ProcessCounts processCounts_;

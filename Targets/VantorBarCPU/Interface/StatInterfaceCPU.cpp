@@ -192,6 +192,8 @@ void StatInterfaceCPU::loadGraphRows() {
     const auto legend = [](std::string_view label, int tag) {
         return createComboTextMenuItemWithLegend(text(label), "100%", 0, kTextHeight, tag);
     };
+    iowaitItem_ = legend("I/O Wait", 4);
+    stealItem_ = legend("Stolen", 5);
     userItem_ = legend("User", 1);
     systemItem_ = legend("System", 2);
     idleItem_ = legend("Idle", 3);
@@ -200,9 +202,23 @@ void StatInterfaceCPU::loadGraphRows() {
     graphTextItem_->addSubMenuItem(userItem_, "user");
     graphTextItem_->addSubMenuItem(systemItem_, "system");
     graphTextItem_->addSubMenuItem(idleItem_, "idle");
-    graphTextItem_->addSubMenuItem(
-        createFillerItem(menu(), "spacer-grap-text-bottom", VTRMakeSize(kWidth, 2)),
-        "spacer-bottom");
+    legendEnd_ = createFillerItem(menu(), "spacer-grap-text-bottom", VTRMakeSize(kWidth, 2));
+    graphTextItem_->addSubMenuItem(legendEnd_, "spacer-bottom");
+    updateWaitRows();
+}
+
+/// Below idle, where the user wants to know what of the time was spent waiting.
+void StatInterfaceCPU::updateWaitRows() {
+    const bool wanted = VTRBoolForKey("CPU_DropdownShowIOWait");
+    if (wanted == (graphTextItem_->itemWithKey("iowait") != nullptr))
+        return;
+    for (const Item& row : {iowaitItem_, stealItem_, legendEnd_})
+        graphTextItem_->removeItem(*row);
+    if (wanted) {
+        graphTextItem_->addSubMenuItem(iowaitItem_, "iowait");
+        graphTextItem_->addSubMenuItem(stealItem_, "steal");
+    }
+    graphTextItem_->addSubMenuItem(legendEnd_, "spacer-bottom");
 }
 
 StatInterface::Items StatInterfaceCPU::mainRows() {
@@ -251,6 +267,7 @@ void StatInterfaceCPU::setMainMenuOpen(bool isOpen) {
 
 void StatInterfaceCPU::menuWillOpen(VTRMenu& opening) {
     if (&opening == menu()) {
+        updateWaitRows();
         setMainMenuOpen(true);
         forceUpdate();
         GPUStatCollector& gpus = GPUStatCollector::sharedGPUCollector();

@@ -75,6 +75,7 @@ private:
     void loadUptimeMenu();
     void loadHistoryMenu();
     void loadGraphRows();
+    void updateWaitRows();
     Items mainRows();
     void loadGPUMenu();
     void addGPURows(Items& rows);
@@ -96,6 +97,7 @@ private:
     Item loadAverageContainerItem_, loadAverageGraphItem_;
     std::array<std::shared_ptr<StatInterfaceTextField>, 3> loadValues_;  // 1, 5 and 15 minutes
     Item userItem_, systemItem_, idleItem_;
+    Item iowaitItem_, stealItem_, legendEnd_;
     Item graphItem_, graphTextItem_;
     std::vector<StatInterfaceProcessItem> processes_;
     std::vector<std::unique_ptr<StatInterfaceGPUItem>> gpuItems_;

@@ -74,6 +74,9 @@ void StatInterfaceCPU::showShares() {
     setText(*userItem_->field, "{:.0f}%", user);
     setText(*systemItem_->field, "{:.0f}%", system);
     setText(*idleItem_->field, "{:.0f}%", 100 - (user + system));
+    const CPUWaits& waits = CPUStatCollector::sharedCPUCollector().waits();
+    setText(*iowaitItem_->field, "{:.0f}%", std::round(waits.iowait));
+    setText(*stealItem_->field, "{:.0f}%", std::round(waits.steal));
 }
 
 void StatInterfaceCPU::showUptime() {

@@ -49,6 +49,14 @@ TEST_F(LinuxProcessorCountersTest, MapsTheKernelsFiguresToFourCounters) {
                             ProcessorTicks{49999, 24997 + 194 + 243 + 292, 4499996 + 1495, 1998}));
 }
 
+TEST_F(LinuxProcessorCountersTest, WaitsAreSumsOverAllCPUs) {
+    writeStat("cpu0 1 2 3 4 5 6 7 8 0 0\ncpu1 10 20 30 40 50 60 70 80 0 0\n");
+    LinuxProcessorCounters counters(files());
+    EXPECT_EQ(counters.waits(), ProcessorWaits{});  // before a reading
+    ticksOf(counters);
+    EXPECT_EQ(counters.waits(), (ProcessorWaits{.iowait = 55, .steal = 88, .all = 36 + 360}));
+}
+
 TEST_F(LinuxProcessorCountersTest, CountersPast32BitsWrap) {
     writeStat("cpu0 4294967301 4294967296 0 8589934599\n");
     LinuxProcessorCounters counters(files());

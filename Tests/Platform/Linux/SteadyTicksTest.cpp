@@ -112,6 +112,17 @@ TEST(SteadyTicksTest, IowaitThatBecomesIdleIsNotCountedTwice) {
     EXPECT_EQ(ticks.ticks().idle, 1410u);
 }
 
+TEST(SteadyTicksTest, WaitsAreTheirPartsOfTheCounters) {
+    SteadyTicks ticks;
+    ticks.startAt({.user = 10, .idle = 100, .iowait = 20, .steal = 3});
+    ticks.advanceTo({.user = 15, .idle = 120, .iowait = 15, .steal = 4});  // five went to idle
+    ProcessorWaits waits{.iowait = 1, .steal = 1, .all = 1};
+
+    ticks.addTo(waits);
+
+    EXPECT_EQ(waits, (ProcessorWaits{.iowait = 21, .steal = 5, .all = 1 + 15 + 135 + 4}));
+}
+
 TEST(SteadyTicksTest, CountersAreCutTo32Bits) {
     SteadyTicks ticks;
     ticks.startAt({.user = 0x1'0000'0005, .idle = 0xFFFF'FFFF});

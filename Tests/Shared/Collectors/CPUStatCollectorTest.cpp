@@ -53,6 +53,22 @@ TEST_F(CPUStatCollectorTest, ACounterThatWrappedGivesTheRightShare) {
     EXPECT_EQ(newestOfCore(0).values[0], 25);
 }
 
+TEST_F(CPUStatCollectorTest, WaitsAreSharesOfTheTimeBetweenTwoReadings) {
+    counters().setWaits({.iowait = 100, .steal = 50, .all = 1000});
+    collector();
+    counters().setWaits({.iowait = 125, .steal = 55, .all = 1100});
+    collector().updateStats();
+    EXPECT_EQ(collector().waits(), (CPUWaits{25, 5}));
+    collector().updateStats();
+    EXPECT_EQ(collector().waits(), CPUWaits{});
+}
+
+TEST_F(CPUStatCollectorTest, WaitsThatCanNotBeAreNone) {
+    EXPECT_EQ(waitsBetween({.iowait = 9, .all = 100}, {.iowait = 5, .all = 200}), CPUWaits{});
+    EXPECT_EQ(waitsBetween({.all = 100}, {.iowait = 900, .all = 200}), (CPUWaits{100, 0}));
+    EXPECT_EQ(waitsBetween({.all = 100}, {.iowait = 9, .all = 50}), CPUWaits{});
+}
+
 TEST_F(CPUStatCollectorTest, EachReadingIsComparedWithTheOneBeforeIt) {
     collector();
     counters().spend(0, {.user = 100});

@@ -303,6 +303,35 @@ TEST_F(StatInterfaceCPUTest, ItRunsSinceAMomentOnTheUsersClock) {
     EXPECT_EQ(interface().bootTime(), fmt::format("{} in EEEE d MMM, h:mm a", boot - 5 * 3600));
 }
 
+TEST_F(StatInterfaceCPUTest, WaitingIsToldBelowIdleWhereTheUserWantsThat) {
+    const double height = legend().view()->frame().height;
+    EXPECT_EQ(legend().itemWithKey("iowait"), nullptr);
+
+    VTRSetBoolForKey("CPU_DropdownShowIOWait", true);
+    open();
+    world.machine.processorCounters.setWaits({.iowait = 204, .steal = 26, .all = 1000});
+    CPUStatCollector::sharedCPUCollector().updateStats();
+    interface().cpuCollectorUpdatedForMode(0);
+
+    EXPECT_EQ(legendText("iowait"), "20%");
+    EXPECT_EQ(legendText("steal"), "3%");
+    EXPECT_EQ(legend().view()->frame().height, height + 2 * 15);
+    EXPECT_EQ(legend().menuItemsOrdered().back()->key(), "spacer-bottom");
+}
+
+TEST_F(StatInterfaceCPUTest, WaitingIsNoLongerToldOnceTheUserHasEnough) {
+    const double height = legend().view()->frame().height;
+    VTRSetBoolForKey("CPU_DropdownShowIOWait", true);
+    open();
+    interface().menuDidClose(*interface().menu());
+
+    VTRSetBoolForKey("CPU_DropdownShowIOWait", false);
+    open();
+
+    EXPECT_EQ(legend().itemWithKey("steal"), nullptr);
+    EXPECT_EQ(legend().view()->frame().height, height);
+}
+
 TEST_F(StatInterfaceCPUTest, AnOpenDropdownUpdatesWithoutTheHeap) {
     world.machine.directories.setResources(std::filesystem::path(VANTOR_BUNDLE_DIR).parent_path());
     world.machine.bootTime.setBootSeconds(
