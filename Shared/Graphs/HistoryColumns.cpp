@@ -69,9 +69,10 @@ HistoryColumns::Sample HistoryColumns::read(double sampleID, Sources sources,
     for (const StatSamples* const source : sources) {
         const statsample sample = source->sampleWithIdentifier(sampleID, type);
         sum.sampleID = sample.sampleID;
+        if (sample.empty == 0 || sum.empty)
+            sum.time = sample.time;  // a gap has its moment, too
         if (sample.empty != 0)
             continue;
-        sum.time = sample.time;
         sum.empty = false;
         for (std::size_t value = 0; value < std::min(sample.values.size(), sums_.size()); ++value)
             sums_[value] += sample.values[value];

@@ -59,6 +59,17 @@ public:
         return index < kColumns ? states_[index] : ColumnState::gap;
     }
     double value(std::size_t slot, std::size_t index) const noexcept;
+    /// A column's moment, seconds since 1970; 0 where it isn't known.
+    double time(std::size_t index) const noexcept {
+        return index < columns_.size() ? column(index).time : 0;
+    }
+    bool isGap(std::size_t index) const noexcept {
+        return index >= columns_.size() || column(index).gap;
+    }
+    /// As it came from the collector.
+    double rawValue(std::size_t index, std::size_t value) const noexcept {
+        return value < valueCount_ ? values_[place(index) * valueCount_ + value] : 0;
+    }
     /// The greatest of the series' values in the newest `count` columns, at least 0.
     double greatestValue(std::size_t count) const noexcept;
 
@@ -78,9 +89,6 @@ private:
     const Column& column(std::size_t index) const noexcept { return columns_[place(index)]; }
     std::span<double> values(std::size_t index) noexcept {
         return std::span(values_).subspan(place(index) * valueCount_, valueCount_);
-    }
-    double rawValue(std::size_t index, std::size_t value) const noexcept {
-        return value < valueCount_ ? values_[place(index) * valueCount_ + value] : 0;
     }
     Sample read(double sampleID, Sources sources, StorageType type) noexcept;
     void merge(const Sample& sample) noexcept;

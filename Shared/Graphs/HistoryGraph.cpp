@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Painting/Image.h"
+#include "Shared/Graphs/GraphTooltip.h"
 #include "Shared/Graphs/HistoryGraphLines.h"
 #include "Shared/ProcessContext.h"
 #include "Shared/VTRImageCache.h"
@@ -106,6 +107,18 @@ std::optional<std::string> HistoryGraph::range() const {
     if (!named)
         return std::nullopt;
     return VTRLocalizedString(kRanges[storageMode_], {}, "general");
+}
+
+std::optional<std::string> HistoryGraph::tooltipAt(Point point) const {
+    const double right = cutWidth() - kLeftEdge;
+    if (!hasColumns_ || point.x < kLeftEdge || point.x >= right || point.y < 0 ||
+        point.y >= frame().height)
+        return std::nullopt;
+    const auto column = static_cast<std::size_t>(std::ceil(right - point.x) - 1);
+    if (column >= columnCount())
+        return std::nullopt;
+    return tooltipText(columns_.time(column), storageMode_,
+                       columns_.isGap(column) ? "" : valueText(column));
 }
 
 double HistoryGraph::cutWidth() const noexcept {

@@ -71,6 +71,10 @@ public:
     void cleanup();
     /// What the scale is called, in the user's language; nothing for the one of now.
     std::optional<std::string> range() const;
+    /// When, and how much: what the graph shows at a point of its own coordinates, in the user's
+    /// language, as of its last paint; that nothing was measured, of a gap. Nothing where there is
+    /// no column.
+    std::optional<std::string> tooltipAt(Point point) const;
     /// The columns, for tests and for those who tell what a graph shows.
     const HistoryColumns& columns() const noexcept { return columns_; }
 
@@ -81,6 +85,8 @@ protected:
     /// Sets `peak` and `low` by the columns; whether they are others than before.
     virtual bool calculatePeak();
     virtual void drawRange(Painting::Context&) {}
+    /// What a column's figures say; "" for nothing.
+    virtual std::string valueText(std::size_t /*column*/) const { return ""; }
 
     const StatSamples* collector() const noexcept { return collector_.get(); }
     /// The columns that the frame has room for.

@@ -172,7 +172,7 @@ const std::vector<Table> kTables{
      {"CPU",      "PROCESSES", "LOAD AVERAGE",  "UPTIME",     "CORES",         "OTHER",
       "User",     "System",    "Idle",          "Processes",  "Threads",       "Process",
       "Memory",   "Processor", "Running since", "Time Awake", "Time Sleeping", "Frames Per Second",
-      "I/O Wait", "Stolen"}},
+      "I/O Wait", "Stolen",    "No data"}},
     {"general",
      {"5 Mins", "Hour", "24 Hours", "7 Days", "30 Days", "90 Days", "180 Days", "365 Days"}},
     {"sensors", {"K", "V", "A", "W", "lx", "MHz", "GHz"}},

@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "Shared/VTRTranslations.h"
 #include "Targets/VantorBarCPU/Graphs/GraphColours.h"
 
 namespace vantor::inline VANTOR_MODULE {
@@ -58,6 +59,13 @@ void CPUGraph::draw(Painting::Context& context) {
     drawRange(context);
 }
 
+std::string CPUGraph::valueText(std::size_t column) const {
+    return fmt::format("{} {:.0f}%, {} {:.0f}%", VTRLocalizedString("User", {}, "cpu"),
+                       std::round(columns().rawValue(column, 0)),
+                       VTRLocalizedString("System", {}, "cpu"),
+                       std::round(columns().rawValue(column, 1)));
+}
+
 LoadAverageGraph::LoadAverageGraph(const Rect& frame) : HistoryGraph(frame, loadConfig()) {}
 
 void LoadAverageGraph::draw(Painting::Context& context) {
@@ -68,6 +76,11 @@ void LoadAverageGraph::draw(Painting::Context& context) {
     fmt::format_to(std::back_inserter(text), "{:.0f}", peak());
     drawMaximumString(context, {text.data(), text.size()});
     drawRange(context);
+}
+
+std::string LoadAverageGraph::valueText(std::size_t column) const {
+    return fmt::format("{:.2f}, {:.2f}, {:.2f}", columns().rawValue(column, 0),
+                       columns().rawValue(column, 1), columns().rawValue(column, 2));
 }
 
 bool LoadAverageGraph::calculatePeak() {

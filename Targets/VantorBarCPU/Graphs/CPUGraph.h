@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "Shared/Graphs/HistoryGraph.h"
@@ -14,6 +15,7 @@ public:
 
 protected:
     void draw(Painting::Context& context) override;
+    std::string valueText(std::size_t column) const override;
 };
 
 /// How many wanted a processor: the shortest mean as an area; at the two finest scales the longer
@@ -26,6 +28,7 @@ public:
 protected:
     void draw(Painting::Context& context) override;
     bool calculatePeak() override;
+    std::string valueText(std::size_t column) const override;
 };
 
 }  // namespace vantor::inline VANTOR_MODULE

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "Shared/Graphs/HistoryGraph.h"
@@ -15,6 +16,7 @@ public:
 
 protected:
     void draw(Painting::Context& context) override;
+    std::string valueText(std::size_t column) const override;
 };
 
 /// How busy a graphics processor was, likewise.
@@ -25,6 +27,7 @@ public:
 
 protected:
     void draw(Painting::Context& context) override;
+    std::string valueText(std::size_t column) const override;
 };
 
 }  // namespace vantor::inline VANTOR_MODULE
