@@ -1,15 +1,24 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <filesystem>
+#include <initializer_list>
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include <benchmark/benchmark.h>
 
+#include "Hosts/Offscreen/OffscreenHost.h"
 #include "Painting/ImageSurface.h"
 #include "Platform/Simulated/SimulatedMachine.h"
 #include "Programs/vantorbar/CatalogueSheet.h"
+#include "Programs/vantorbar/DropdownMenus.h"
+#include "Shared/Collectors/CPUStatCollector.h"
+#include "Shared/Collectors/LoadStatCollector.h"
 #include "Shared/ProcessContext.h"
 #include "Targets/VantorBarCPU/Graphs/CPUGraph.h"
+#include "Targets/VantorBarCPU/VantorBarCPU.h"
 
 namespace vantor {
 namespace {
@@ -104,6 +113,102 @@ void readWholeHistory(benchmark::State& state) {
     }
 }
 BENCHMARK(readWholeHistory)->Unit(benchmark::kMicrosecond);
+
+/// The extra on a machine of 16 cores that has worked for a week, and its dropdown.
+class Desk {
+public:
+    Desk() {
+        machine_.directories.setResources(kResources);
+        machine_.processorCounters.setCPUs(kCores, kCores, kCores, kCores / 2);
+        context_.emplace(machine_.ports());
+        extra_.emplace(host_);
+        for (std::size_t second = 0; second < SampleRing::kSlots; ++second)
+            workForASecond();
+        for (int scale = 1; scale <= 3; ++scale) {
+            fill(CPUStatCollector::sharedCPUCollector(), scale);
+            fill(LoadStatCollector::sharedLoadCollector(), scale);
+        }
+        menus_.emplace(*extra_);
+    }
+    ~Desk() {
+        menus_.reset();
+        extra_->willUnload();
+    }
+    Desk(const Desk&) = delete;
+    Desk& operator=(const Desk&) = delete;
+
+    void workForASecond() {
+        std::array<simulated::SimulatedProcessorCounters::Rates, kCores> rates;
+        for (std::size_t core = 0; core < kCores; ++core) {
+            const double user = 40 + 35 * std::sin(++turn_ / 7), system = 10 + 9 * std::cos(turn_);
+            rates[core] = {user, system, 100 - user - system, 0};
+        }
+        machine_.processorCounters.setRates(rates);
+        machine_.loadAverages.setLoads(
+            {{static_cast<std::uint32_t>(turn_) % 9000, 4096, 2048}, 2048});
+        machine_.run(1);
+    }
+    bool open(std::initializer_list<std::string_view> names) {
+        return std::ranges::all_of(names, [this](auto name) { return menus_->open(name); });
+    }
+    void close() {
+        for (const std::string& name : menus_->openNames())
+            benchmark::DoNotOptimize(menus_->close(name));
+    }
+    void paint() { menus_->displayIfNeeded(); }
+    void forgetPictures() { machine_.localNotifications.post("HISTORYGRAPH_CLEAR_CPU"); }
+
+private:
+    static constexpr std::size_t kCores = 16;
+
+    void fill(StatCollector& collector, int scale) {
+        SampleRing& ring = collector.storageForType(scale);
+        for (std::size_t sample = 1; sample <= SampleRing::kSlots; ++sample) {
+            ring.pushSamples();
+            ring.setSampleID(0, static_cast<double>(sample));
+            ring.setEmpty(0, 0);
+            ring.mutableValues(0)[0] = 2 + 1.5 * std::sin(static_cast<double>(sample) / 9);
+        }
+        collector.setIDForInterval(SampleRing::kSlots, scale);
+    }
+
+    simulated::SimulatedMachine machine_;
+    std::optional<ProcessContext> context_;
+    OffscreenHost host_;
+    std::optional<VantorBarCPU> extra_;
+    std::optional<DropdownMenus> menus_;
+    double turn_ = 0;
+};
+
+/// A sample, with all that it changes in an open dropdown; with 1, the menu of the cores is open
+/// as well.
+void updateOpenDropdown(benchmark::State& state) {
+    Desk desk;
+    if (!desk.open({"main"}) || (state.range(0) != 0 && !desk.open({"cores"})))
+        return state.SkipWithError("the menu doesn't open");
+    desk.paint();
+    for (auto _ : state) {
+        desk.workForASecond();
+        desk.paint();
+    }
+}
+BENCHMARK(updateOpenDropdown)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+
+/// From the click to all pixels, with no picture kept of an earlier opening.
+void openDropdown(benchmark::State& state) {
+    Desk desk;
+    for (auto _ : state) {
+        if (!desk.open({"main", "cores", "history", "load"}))
+            return state.SkipWithError("a menu doesn't open");
+        desk.paint();
+        state.PauseTiming();
+        desk.close();
+        desk.workForASecond();
+        desk.forgetPictures();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(openDropdown)->Unit(benchmark::kMillisecond);
 
 void paintWholeCatalogue(benchmark::State& state) {
     for (auto _ : state)
