@@ -219,6 +219,7 @@ void StatInterfaceCPU::updateWaitRows() {
         graphTextItem_->addSubMenuItem(stealItem_, "steal");
     }
     graphTextItem_->addSubMenuItem(legendEnd_, "spacer-bottom");
+    graphTextItem_->anyView()->updateColors();  // the theme may have changed without them
 }
 
 StatInterface::Items StatInterfaceCPU::mainRows() {

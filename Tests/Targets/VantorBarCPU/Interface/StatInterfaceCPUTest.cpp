@@ -319,6 +319,18 @@ TEST_F(StatInterfaceCPUTest, WaitingIsToldBelowIdleWhereTheUserWantsThat) {
     EXPECT_EQ(legend().menuItemsOrdered().back()->key(), "spacer-bottom");
 }
 
+TEST_F(StatInterfaceCPUTest, WaitingIsToldInTheColoursOfTheTheme) {
+    interface();
+    VTRSetIntegerForKey("DropdownTheme", 1);
+    world.machine.localNotifications.post("DropdownThemeChanged");
+
+    VTRSetBoolForKey("CPU_DropdownShowIOWait", true);
+    open();
+
+    EXPECT_EQ(legend().itemWithKey("iowait")->label->textColor(),
+              legend().itemWithKey("idle")->label->textColor());
+}
+
 TEST_F(StatInterfaceCPUTest, WaitingIsNoLongerToldOnceTheUserHasEnough) {
     const double height = legend().view()->frame().height;
     VTRSetBoolForKey("CPU_DropdownShowIOWait", true);
