@@ -55,6 +55,11 @@ TEST(DetachedProcessesTest, ProgramInheritsNoDescriptors) {
     close(open);
 }
 
+TEST(DetachedProcessesTest, ProgramHasNoOtherDescriptorsThanTheThreeOfAll) {
+    // The fourth is the folder that is being listed.
+    EXPECT_EQ(outputOf(R"((exec ls /proc/self/fd) >"$0")"), "0\n1\n2\n3\n");
+}
+
 TEST(DetachedProcessesTest, ProgramReadsAndWritesNothingOfOurs) {
     EXPECT_EQ(outputOf(R"(found=$(readlink /proc/$$/fd/[012]); echo "$found" >"$0")"),
               "/dev/null\n/dev/null\n/dev/null\n");
