@@ -1,9 +1,11 @@
 #include "Foundation/OwnModule.h"
 
+#include <filesystem>
 #include <system_error>
 
 #include <dlfcn.h>
-#include <link.h>
+
+#include "Foundation/OwnFile.h"
 
 namespace vantor {
 namespace {
@@ -20,17 +22,6 @@ OwnModule opened(const char* file, const char* entryName) {
 }
 
 }  // namespace
-
-fs::path ownFile() {
-    static const char inside = 0;
-    Dl_info info{};
-    void* extra = nullptr;
-    std::error_code none;
-    if (dladdr1(&inside, &info, &extra, RTLD_DL_LINKMAP) != 0)
-        if (const auto* const object = static_cast<const link_map*>(extra); *object->l_name != 0)
-            return object->l_name;
-    return fs::read_symlink("/proc/self/exe", none);  // the program itself has no name there
-}
 
 OwnModule openOwnModule(const char* file, const char* entryName) {
     const fs::path beside = ownFile().parent_path() / file;

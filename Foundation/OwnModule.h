@@ -1,12 +1,8 @@
 #pragma once
 
-#include <filesystem>
 #include <string>
 
 namespace vantor {
-
-/// The program or the plug-in that this code is part of; empty where the system doesn't tell.
-std::filesystem::path ownFile();
 
 /// What a shared object of ours gives.
 struct OwnModule {

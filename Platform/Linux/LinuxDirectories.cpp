@@ -7,7 +7,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
-#include "Foundation/OwnModule.h"
+#include "Foundation/OwnFile.h"
 
 namespace vantor {
 namespace {
