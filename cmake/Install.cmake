@@ -7,12 +7,12 @@ include(GNUInstallDirs)
 # installed can be moved as a whole.
 set(VANTOR_MODULE_DIR ${CMAKE_INSTALL_LIBDIR}/vantor-bar)
 
-set(VANTOR_COMPONENTS vantor-bar vantor-bar-gtk vantor-bar-preferences vantor-bar-xfce
-                      vantor-bar-mate vantor-bar-waybar)
-set(absent ${VANTOR_COMPONENTS})
+set(absent vantor-bar vantor-bar-gtk vantor-bar-preferences vantor-bar-panel vantor-bar-xfce
+           vantor-bar-mate vantor-bar-waybar)
 
 # Installs TARGET as a part of COMPONENT in FOLDER, or nothing where there is no such target.
-# Further FILES of the source go with it: each is followed by the folder that it goes to.
+# Further FILES, of the source unless they say otherwise, go with it: each is followed by the folder
+# that it goes to.
 function(vantor_install COMPONENT TARGET FOLDER)
     cmake_parse_arguments(PARSE_ARGV 3 INSTALL "" "" "FILES")
     if(NOT TARGET ${TARGET})
@@ -24,7 +24,8 @@ function(vantor_install COMPONENT TARGET FOLDER)
             LIBRARY DESTINATION ${FOLDER})
     while(INSTALL_FILES)
         list(POP_FRONT INSTALL_FILES file folder)
-        install(FILES ${CMAKE_SOURCE_DIR}/${file} DESTINATION ${folder} COMPONENT ${COMPONENT})
+        cmake_path(ABSOLUTE_PATH file BASE_DIRECTORY ${CMAKE_SOURCE_DIR})
+        install(FILES ${file} DESTINATION ${folder} COMPONENT ${COMPONENT})
     endwhile()
     list(REMOVE_ITEM absent ${COMPONENT})
     set(absent ${absent} PARENT_SCOPE)
@@ -69,5 +70,19 @@ install(FILES ${to_install}/vantorbar-daemon.service COMPONENT vantor-bar
 vantor_install(vantor-bar-gtk vantor_bar_toolkit ${VANTOR_MODULE_DIR}
     FILES Resources/Desktop/vantor-bar-cpu.desktop ${applications}
           Resources/Desktop/vantor-bar-cpu.desktop ${CMAKE_INSTALL_SYSCONFDIR}/xdg/autostart)
+
+vantor_install(vantor-bar-preferences vantorbar-preferences ${CMAKE_INSTALL_BINDIR}
+    FILES Documentation/Manual/vantorbar-preferences.1 ${manual1}
+          Resources/Desktop/com.kolbrin.vantorbar.preferences.desktop ${applications})
+
+# The item in panels of others: what all of them open, and the plug-in of each, where the panel
+# looks for it.
+vantor_install(vantor-bar-panel vantor_panel ${VANTOR_MODULE_DIR})
+vantor_install(vantor-bar-xfce vantor_xfce ${CMAKE_INSTALL_LIBDIR}/xfce4/panel/plugins
+    FILES Resources/Panels/vantorbar.desktop ${CMAKE_INSTALL_DATADIR}/xfce4/panel/plugins)
+vantor_install(vantor-bar-mate vantor_mate ${VANTOR_MODULE_DIR}
+    FILES ${CMAKE_BINARY_DIR}/panels/com.kolbrin.vantorbar.mate-panel-applet
+          ${CMAKE_INSTALL_DATADIR}/mate-panel/applets)
+vantor_install(vantor-bar-waybar vantor_waybar ${VANTOR_MODULE_DIR})
 
 file(WRITE ${CMAKE_BINARY_DIR}/absent-components "${absent}")

@@ -144,6 +144,18 @@ TEST(ManualTest, PageOfTheDaemonDescribesItsOptions) {
     EXPECT_EQ(describedOptions(contentsOf("Documentation/Manual/vantorbar-daemon.8")), told);
 }
 
+TEST(ManualTest, PageOfThePreferencesDescribesItsOptions) {
+    const fs::path program = fs::path(VANTOR_PROGRAM).parent_path() / "vantorbar-preferences";
+    if (!fs::exists(program))
+        GTEST_SKIP() << "it isn't built";
+    Texts told;
+    forEachMatch(outputOf(program, {"--help"}), "--([a-z-]+)", [&](const std::smatch& found) {
+        if (!found[1].str().starts_with("help"))  // the toolkit has several
+            told.insert(found[1]);
+    });
+    EXPECT_EQ(describedOptions(contentsOf("Documentation/Manual/vantorbar-preferences.1")), told);
+}
+
 TEST(ManualTest, FishCompletesWhatHelpTells) {
     Commands completed;
     for (const auto& [path, told] : toldCommands())
