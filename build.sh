@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
-# Usage: ./build.sh [PRESET]      (a preset of CMakePresets.json; without one: release)
+# Usage: ./build.sh [--packages] [PRESET]      (of CMakePresets.json; without one: release)
 # Installs what is missing from packages.txt, then builds into build/PRESET; the programs are in
-# build/PRESET/bin.
+# build/PRESET/bin. With --packages it only installs.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")"
+only_packages=no
+[ "${1:-}" != --packages ] || { only_packages=yes && shift; }
 preset=${1:-release}
 
 wanted_packages() {
@@ -38,6 +40,7 @@ install_missing() {
 }
 
 install_missing
+[ "$only_packages" = no ] || exit 0
 mkdir -p build
 exec 9>"build/$preset.lock"
 flock 9  # two builds in one folder would trip over each other
