@@ -132,6 +132,11 @@ TEST_F(GtkBarTest, TheBottomAndTheLeftCanBeChosen) {
     EXPECT_FALSE(hasInk(100, kWidth, kLightBar, kHeight - 22));
 }
 
+TEST_F(GtkBarTest, AnyBarIsTheOneOnThisDisplay) {
+    const Child bar(program({"--host", "bar"}), environment());
+    EXPECT_TRUE(itemComesAtTheRight());
+}
+
 TEST_F(GtkBarTest, APressOpensTheMenuAndTheNextOneClosesIt) {
     const Child bar(program(), environment());
     ASSERT_TRUE(itemComesAtTheRight());
