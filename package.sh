@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Usage: ./package.sh
 # Makes the Debian packages from what is here, with the version of CMakeLists.txt, and looks them
-# over. They are in build/packages then; the copy that they were made from is build/package.
+# over. They are in build/packages then, what debuggers need of them in its debug, and the copy that
+# they were made from in build/package.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")"
 [ $# -eq 0 ] || { echo "Usage: ./package.sh" >&2; exit 2; }
@@ -36,4 +37,6 @@ export CCACHE_DIR=${CCACHE_DIR:-$HOME/.cache/ccache}
 (cd build/package/vantor-bar && dpkg-buildpackage --build=binary --no-sign)
 mv build/package/*.deb build/package/*.buildinfo build/package/*.changes build/packages
 lintian --fail-on error,warning build/packages/*.changes
+mkdir build/packages/debug
+mv build/packages/*-dbgsym_*.deb build/packages/debug
 ls -l build/packages/*.deb
