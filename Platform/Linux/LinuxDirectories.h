@@ -12,7 +12,8 @@ struct DirectorySources {
     Environment environment;
     /// The home that the user database names; asked only where the environment names none.
     std::function<std::optional<std::filesystem::path>()> accountHome;
-    /// The program's own file or, in a plug-in, the plug-in's; nothing where the system doesn't tell.
+    /// The program's own file or, in a plug-in, the plug-in's; nothing where the system doesn't
+    /// tell.
     std::filesystem::path program;
     /// Where the resources are as long as the program isn't installed.
     std::filesystem::path uninstalledResources;
