@@ -24,7 +24,7 @@ target_compile_definitions(vantor_panel PRIVATE
                            VANTOR_RESOURCES_DIR="${VANTOR_RESOURCES_DIR}")
 
 # What all plug-ins need to find it.
-add_library(vantor_panel_library STATIC Hosts/Panel/PanelLibrary.cpp Foundation/OwnModule.cpp)
+add_library(vantor_panel_library STATIC Hosts/Panel/PanelLibrary.cpp Foundation/OwnFile.cpp Foundation/OwnModule.cpp)
 target_link_libraries(vantor_panel_library PUBLIC vantor_options PkgConfig::GTK_ALONE
                       ${CMAKE_DL_LIBS})
 

@@ -16,7 +16,7 @@
 #include "Hosts/None/NoHost.h"
 #include "Platform/Linux/LinuxPlatform.h"
 #include "Platform/Witness.h"
-#include "Programs/vantorbar/ProgramDirectories.h"
+#include "Programs/Common/ProgramDirectories.h"
 #include "Shared/Collectors/CPUStatCollector.h"
 #include "Shared/Collectors/LoadStatCollector.h"
 #include "Shared/ProcessContext.h"

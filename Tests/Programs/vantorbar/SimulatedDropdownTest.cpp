@@ -223,6 +223,14 @@ TEST_F(SimulatedDropdownTest, ADropdownThatDiesWithItsProcessIsNotSaidToClose) {
     EXPECT_EQ(events("notification").at(1)["at"], 30);
 }
 
+TEST_F(SimulatedDropdownTest, ASubmenuMayOpenAsTheProgramUnloads) {
+    EXPECT_EQ(run(R"("events": [{"at": 5, "open": "main"}, {"at": 6, "open": "load"},
+                                {"at": 6, "restart": 2}])"),
+              0)
+        << errors.str();
+    EXPECT_EQ(events("unloaded").size(), 2U);
+}
+
 TEST_F(SimulatedDropdownTest, ADropdownThatIsNotOpenNeedsNoClosing) {
     EXPECT_EQ(run(R"("events": [{"at": 5, "open": "main"}, {"at": 6, "restart": 2},
                                 {"at": 7, "open": "main"}, {"at": 9, "close": "main"}])"),
