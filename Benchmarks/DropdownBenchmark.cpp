@@ -153,7 +153,7 @@ public:
     }
     void close() {
         for (const std::string& name : menus_->openNames())
-            benchmark::DoNotOptimize(menus_->close(name));
+            menus_->close(name);
     }
     void paint() { menus_->displayIfNeeded(); }
     void forgetPictures() { machine_.localNotifications.post("HISTORYGRAPH_CLEAR_CPU"); }

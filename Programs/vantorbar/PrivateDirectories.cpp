@@ -8,7 +8,7 @@
 #include <stdlib.h>
 
 #include "Platform/SystemLog.h"
-#include "Programs/vantorbar/HistorySource.h"
+#include "Programs/Common/HistorySource.h"
 #include "Shared/External/SQLite/SQLDatabase.h"
 #include "Shared/External/SQLite/SQLOpenFlags.h"
 

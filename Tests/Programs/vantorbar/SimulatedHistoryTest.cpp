@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "Programs/vantorbar/HistoryTool.h"
+#include "Programs/Common/HistoryTool.h"
 #include "Programs/vantorbar/SimulateCommand.h"
 #include "Tests/Support/HistoryFile.h"
 #include "Tests/Support/TemporaryFolder.h"
