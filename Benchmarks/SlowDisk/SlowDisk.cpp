@@ -1,7 +1,7 @@
 // Usage: vantor_slow_disk SECONDS
 // Runs the item for nobody, with its history written far more often than ever, and tells how late
 // its ticks came: for SECONDS while each flush of a file takes 5 seconds, and for as long on the
-// disk as it is. The first half needs the library of Tests/CrashBench/FileFaults.cpp loaded before
+// disk as it is. A commit takes half a minute on the slow one. The first half needs the library of Tests/CrashBench/FileFaults.cpp loaded before
 // the program's own; the files lie where XDG_DATA_HOME and its like say.
 
 #include <algorithm>
@@ -57,7 +57,7 @@ bool tell(std::string_view disk, Ticks& ticks) {
     std::vector<double> late = std::exchange(ticks.late, {});
     const int commits = ticks.commits.exchange(0);
     if (late.empty() || commits == 0) {
-        fmt::print(stderr, "{}: no tick, or nothing was written\n", disk);
+        fmt::print(stderr, "{}: no tick, or no commit came to its end\n", disk);
         return false;
     }
     std::ranges::sort(late);
