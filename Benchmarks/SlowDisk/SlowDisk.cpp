@@ -1,8 +1,9 @@
 // Usage: vantor_slow_disk SECONDS
 // Runs the item for nobody, with its history written far more often than ever, and tells how late
-// its ticks came: for SECONDS while each flush of a file takes 5 seconds, and for as long on the
-// disk as it is. A commit takes half a minute on the slow one. The first half needs the library of Tests/CrashBench/FileFaults.cpp loaded before
-// the program's own; the files lie where XDG_DATA_HOME and its like say.
+// its ticks came: for SECONDS while each flush of a file takes 5 seconds, when a commit takes half
+// a minute, and for as long on the disk as it is. The first half needs the library of
+// Tests/CrashBench/FileFaults.cpp loaded before the program's own; the files lie where
+// XDG_DATA_HOME and its like say.
 
 #include <algorithm>
 #include <atomic>
