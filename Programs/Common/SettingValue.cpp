@@ -281,6 +281,11 @@ PropertyValue freelyParsedSetting(std::string_view text) {
     return valueOf(json, 0).value_or(text);
 }
 
+UsualRange usualRange(std::string_view key) noexcept {
+    const Range usual = boundsOf(key).usual;
+    return {usual.from, usual.to};
+}
+
 std::string settingText(const PropertyValue& value) {
     if (value.text() != nullptr)
         return *value.text();

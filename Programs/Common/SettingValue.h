@@ -23,6 +23,12 @@ ParsedSetting parsedSetting(std::string_view key, std::string_view text,
 /// list or a dictionary is that; all else is a text.
 PropertyValue freelyParsedSetting(std::string_view text);
 
+/// The numbers that have a sense for a setting, as far as is known.
+struct UsualRange {
+    double from, to;
+};
+UsualRange usualRange(std::string_view key) noexcept;
+
 /// In one line, as `parsedSetting` takes it.
 std::string settingText(const PropertyValue& value);
 
