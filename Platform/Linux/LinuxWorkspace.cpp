@@ -36,7 +36,7 @@ constexpr std::string_view kConsoles[] = {
     "debian-xterm.desktop",
 };
 constexpr std::string_view kPreferences[] = {
-    "com.kolbrin.vantorbar.Preferences.desktop",
+    "com.kolbrin.vantorbar.preferences.desktop",
     "com.kolbrin.vantorbar.desktop",
 };
 constexpr std::string_view kTerminals[] = {

@@ -85,7 +85,7 @@ TEST_F(LinuxWorkspaceTest, InstalledApplicationIsStarted) {
 }
 
 TEST_F(LinuxWorkspaceTest, OwnPreferencesAreStarted) {
-    install("mine", "com.kolbrin.vantorbar.Preferences.desktop", touching("ours"));
+    install("mine", "com.kolbrin.vantorbar.preferences.desktop", touching("ours"));
     EXPECT_TRUE(workspace.launchApplication("Vantor Bar.app"));
     EXPECT_TRUE(isThere("ours"));
 }
