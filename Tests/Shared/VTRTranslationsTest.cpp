@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include "Foundation/UTF8.h"
+#include "Programs/vantorbar-preferences/Model/SettingCatalogue.h"
 #include "Shared/VTRPreferenceFunctions.h"
 #include "Tests/Support/TemporaryFolder.h"
 #include "Tests/Support/World.h"
@@ -158,6 +159,48 @@ struct Table {
     Keys keys;
 };
 
+std::string contents(const fs::path& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// The texts of the window for the settings: "text" looks them up there, mostly by a literal that
+/// may be in several pieces, else by what the list of settings says.
+Keys textsOfTheWindowIn(const std::string& source) {
+    static const std::regex call(R"re(\btext\(\s*((?:"(?:[^"\\]|\\.)*"\s*)+)\))re");
+    static const std::regex between(R"re("\s*")re");
+    Keys found;
+    for (std::sregex_iterator at(source.begin(), source.end(), call), end; at != end; ++at) {
+        const std::string literal = std::regex_replace(at->str(1), between, "");
+        found.insert(literal.substr(1, literal.rfind('"') - 1));
+    }
+    return found;
+}
+
+Keys textsOfTheWindow() {
+    Keys keys;
+    const fs::path folder = fs::path(VANTOR_SOURCE_DIR) / "Programs/vantorbar-preferences";
+    for (const auto& entry : fs::recursive_directory_iterator(folder))
+        if (entry.is_regular_file())
+            keys.merge(textsOfTheWindowIn(contents(entry.path())));
+    for (const SettingsPage& page : settingsPages()) {
+        keys.emplace(page.title);
+        for (const SettingGroup& group : page.groups) {
+            keys.emplace(group.title);
+            for (const SettingDescription& setting : group.settings) {
+                keys.emplace(setting.label);
+                keys.emplace(setting.help);
+                for (const SettingChoice& choice : setting.choices)
+                    keys.emplace(choice.label);
+            }
+        }
+    }
+    for (const ModeDescription& mode : modeDescriptions())
+        keys.insert({std::string(mode.name), std::string(mode.help)});
+    keys.erase("");
+    return keys;
+}
+
 /// Everything that the program looks up.
 const std::vector<Table> kTables{
     {"battery", {"Calculating", "Charged", "Not Charging", "Unknown Time"}},
@@ -173,15 +216,11 @@ const std::vector<Table> kTables{
       "User",     "System",    "Idle",          "Processes",  "Threads",       "Process",
       "Memory",   "Processor", "Running since", "Time Awake", "Time Sleeping", "Frames Per Second",
       "I/O Wait", "Stolen",    "No data"}},
+     {"preferences", textsOfTheWindow()},
     {"general",
      {"5 Mins", "Hour", "24 Hours", "7 Days", "30 Days", "90 Days", "180 Days", "365 Days"}},
     {"sensors", {"K", "V", "A", "W", "lx", "MHz", "GHz"}},
 };
-
-std::string contents(const fs::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 fs::path shippedBundle() { return fs::path(VANTOR_SOURCE_DIR) / "Resources/VantorBarCPU.bundle"; }
 
@@ -297,6 +336,13 @@ std::vector<LookUp> lookUpsOfTheProgram() {
             if (entry.path().extension() == ".cpp" || entry.path().extension() == ".h")
                 std::ranges::move(lookUpsIn(contents(entry.path())), std::back_inserter(found));
     return found;
+}
+
+TEST(ShippedTablesTest, TextsOfTheWindowAreFoundInSources) {
+    EXPECT_EQ(textsOfTheWindowIn("a = text(\"One\") + context(\"no\") + text(\n  \"Two \"\n  "
+                                 "\"pieces\").c_str() + text(variable);"),
+              (Keys{"One", "Two pieces"}));
+    EXPECT_TRUE(textsOfTheWindow().contains("Undo"));
 }
 
 TEST(ShippedTablesTest, LookUpsAreFoundInSources) {
