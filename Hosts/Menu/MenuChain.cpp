@@ -145,6 +145,24 @@ void MenuChain::paint(Painting::Context& context, std::size_t level, std::span<c
     context.stroke(path, kHighlightLower, kRingWidth);
 }
 
+/// Most parts don't touch it: rows have a margin.
+void MenuChain::paintEdge(Painting::Context& context, std::size_t level,
+                          std::span<const Rect> parts, double cornerRadius) {
+    const Size size = levels_[level].size;
+    const double width = 1 / context.scale();
+    const Rect inside{cornerRadius, width, size.width - 2 * cornerRadius, size.height - 2 * width};
+    const Rect middle{width, cornerRadius, size.width - 2 * width, size.height - 2 * cornerRadius};
+    const bool isFree = std::ranges::all_of(parts, [&](const Rect& part) {
+        return intersection(part, inside) == part || intersection(part, middle) == part;
+    });
+    if (isFree)
+        return;
+    Painting::Path path;
+    path.addRoundedRect(grown({0, 0, size.width, size.height}, -width / 2),
+                        std::max(0.0, cornerRadius - width / 2));
+    context.stroke(path, themed(grey(0, 0.22), grey(1, 0.2)), width);
+}
+
 void MenuChain::pictureChanged(MenuPicture& picture, const Rect& part) {
     const auto level =
         std::ranges::find(levels_, &picture, [](const Level& each) { return each.picture.get(); });

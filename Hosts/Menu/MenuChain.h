@@ -54,6 +54,9 @@ public:
     void focus(std::size_t level, View* control);
 
     void paint(Painting::Context& context, std::size_t level, std::span<const Rect> parts);
+    /// The line around the window, which tells it from what is below it.
+    void paintEdge(Painting::Context& context, std::size_t level, std::span<const Rect> parts,
+                   double cornerRadius);
 
 private:
     struct Level {

@@ -2,6 +2,7 @@
 
 #include "Shared/Buttons/StatInterfaceButton.h"
 #include "Shared/Buttons/StatInterfaceMenuButton.h"
+#include "Shared/VTRMenuItemButtonBuilders.h"
 #include "Shared/Views/StatInterfaceActionView.h"
 #include "Shared/Views/StatInterfaceView.h"
 
@@ -33,9 +34,18 @@ std::vector<View*> buttonsIn(View& row) {
     return buttons;
 }
 
+bool isEnabled(const VTRMenuItem& item) {
+    return item.submenu() || item.action != nullptr || controlOf(item) != nullptr;
+}
+
+bool isChoosable(const VTRMenuItem& item) {
+    return item.action != nullptr && item.action != &VTRMenuItemUtilities::fauxAction;
+}
+
 bool isStop(const VTRMenuItem& item) {
     StatInterfaceView* const view = item.view();
-    return view != nullptr && (view->highlightable() || !buttonsIn(*view).empty());
+    return view != nullptr && isEnabled(item) &&
+           (view->highlightable() || !buttonsIn(*view).empty());
 }
 
 View* controlOf(const VTRMenuItem& item) {

@@ -165,13 +165,17 @@ void MenuKeyboard::choose() {
         enter();
     else if (View* const control = controlOf(*item))
         pressControl(*control, *item);
+    else if (isChoosable(*item)) {
+        item->action(*item);
+        chose_();
+    }
 }
 
 void MenuKeyboard::pressControl(View& control, VTRMenuItem& item) {
     const auto held = control.shared_from_this();
     control.mouseDown(++presses_);
     control.mouseUp(presses_);
-    if (item.action != nullptr)
+    if (isChoosable(item))
         item.action(item);
     chose_();
 }

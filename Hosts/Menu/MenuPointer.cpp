@@ -40,7 +40,7 @@ void MenuPointer::move(std::size_t level, Point to) {
     // Where a submenu is, the row that it belongs to is the one in the menus before.
     for (std::size_t before = 0; before < level; ++before)
         menus_.highlight(before, menus_.openRow(before));
-    const auto* const row = picture.rowAt(to);
+    const auto* const row = enabledRowAt(level, to);
     if (row != nullptr && row == menus_.openRow(level)) {
         cancelRest();
         menus_.highlight(level, row);
@@ -52,6 +52,11 @@ void MenuPointer::move(std::size_t level, Point to) {
     } else if (!isResting_ && !isSettled(row)) {
         rest(kRestSeconds);
     }
+}
+
+const MenuChain::Row* MenuPointer::enabledRowAt(std::size_t level, Point point) const {
+    const auto* const row = menus_.picture(level).rowAt(point);
+    return row != nullptr && isEnabled(*row->item) ? row : nullptr;
 }
 
 /// Whether resting on that row, or on none, would change nothing.
@@ -92,7 +97,7 @@ void MenuPointer::cancelRest() noexcept {
 void MenuPointer::settle() {
     if (level_ >= menus_.size())
         return;
-    const auto* const row = menus_.picture(level_).rowAt(point_);
+    const auto* const row = enabledRowAt(level_, point_);
     menus_.highlight(level_, row);
     if (row != nullptr && row->item->submenu())
         menus_.openSubmenu(level_, *row);
@@ -177,11 +182,10 @@ void MenuPointer::endPress(View* view) {
         return;
     }
     pressed->mouseUp(presses_);
-    if (!isControl(*pressed))
-        return;
-    if (item->action != nullptr)
+    if (isChoosable(*item))
         item->action(*item);
-    chose_();
+    if (isChoosable(*item) || isControl(*pressed))
+        chose_();
 }
 
 }  // namespace vantor

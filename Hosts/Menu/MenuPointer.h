@@ -49,6 +49,7 @@ private:
     void scrollOn();
     void hoverPressed(const View* view);
     void endPress(View* view);
+    const MenuChain::Row* enabledRowAt(std::size_t level, Point point) const;
     bool isSettled(const MenuChain::Row* row) const noexcept;
     bool isOnItsWayIntoSubmenu(std::size_t level, Point to) const noexcept;
 

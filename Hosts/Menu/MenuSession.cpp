@@ -39,12 +39,14 @@ void MenuSession::dismissed() noexcept {
 }
 
 void MenuSession::paintMenu(_cairo* cairo, MenuWindowID window, std::span<const Rect> parts,
-                            double scale) noexcept {
+                            const MenuLook& look) noexcept {
     const auto level = menus_.levelOf(window);
     if (!level)
         return;
-    Painting::Context context(cairo, menus_.windowSize(*level), scale, Painting::Origin::upperLeft);
+    Painting::Context context(cairo, menus_.windowSize(*level), look.scale,
+                              Painting::Origin::upperLeft);
     menus_.paint(context, *level, parts);
+    menus_.paintEdge(context, *level, parts, look.cornerRadius);
 }
 
 void MenuSession::windowPlaced(MenuWindowID window, const Rect& inParent) noexcept {

@@ -32,7 +32,7 @@ public:
 
 private:
     void paintMenu(_cairo* cairo, MenuWindowID window, std::span<const Rect> parts,
-                   double scale) noexcept override;
+                   const MenuLook& look) noexcept override;
     void windowPlaced(MenuWindowID window, const Rect& inParent) noexcept override;
     void pointerMoved(MenuWindowID window, Point to) noexcept override;
     void pointerPressed(MenuWindowID window, Point at) noexcept override;

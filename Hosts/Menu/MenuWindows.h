@@ -26,13 +26,19 @@ enum class MenuKey : std::uint8_t {
     escape,
 };
 
+/// How a window shows what is painted into it.
+struct MenuLook {
+    double scale = 1;         // pixels a point
+    double cornerRadius = 0;  // in points; what is outside of the corners isn't seen
+};
+
 /// Who fills the windows of menus, and hears what the user does in them. Places are in the window,
 /// from its upper left.
 class MenuWindowsOwner {
 public:
     /// `cairo` is at the upper left of the window, in points. Only `parts` are to be painted.
     virtual void paintMenu(_cairo* cairo, MenuWindowID window, std::span<const Rect> parts,
-                           double scale) noexcept = 0;
+                           const MenuLook& look) noexcept = 0;
     /// Where a window came to stand, in the coordinates of the one that it was opened from.
     virtual void windowPlaced(MenuWindowID window, const Rect& inParent) noexcept = 0;
     /// `none` where the pointer left all windows.

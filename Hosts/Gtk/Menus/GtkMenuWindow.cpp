@@ -1,12 +1,16 @@
 #include "Hosts/Gtk/Menus/GtkMenuWindow.h"
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
+#include <numbers>
 
 #include <gdk/gdkx.h>
 
 namespace vantor {
 namespace {
+
+constexpr double kCornerRadius = 6;
 
 constexpr int kEvents = GDK_POINTER_MOTION_MASK | GDK_BUTTON_PRESS_MASK | GDK_BUTTON_RELEASE_MASK |
                         GDK_ENTER_NOTIFY_MASK | GDK_LEAVE_NOTIFY_MASK | GDK_KEY_PRESS_MASK |
@@ -52,11 +56,49 @@ GtkMenuWindow::GtkMenuWindow(MenuWindowID id, const MenuPlace& place, Size size,
     gtk_widget_set_size_request(widget, whole(size.width), whole(size.height));
     g_signal_connect(widget, "draw", G_CALLBACK(drawn), this);
     g_signal_connect(widget, "event", G_CALLBACK(happened), this);
+    makeTranslucent();
     gtk_widget_realize(widget);
     g_signal_connect(this->window(), "moved-to-rect", G_CALLBACK(moved), this);
     if (GDK_IS_X11_WINDOW(this->window()))
         gdk_x11_window_set_frame_sync_enabled(this->window(), FALSE);
     this->place();
+}
+
+/// Where somebody composites, what is outside of the corners shows what is below.
+void GtkMenuWindow::makeTranslucent() noexcept {
+    GdkScreen* const screen = gtk_widget_get_screen(window_.get());
+    GdkVisual* const visual = gdk_screen_get_rgba_visual(screen);
+    isTranslucent_ = visual != nullptr && gdk_screen_is_composited(screen) != FALSE;
+    if (isTranslucent_)
+        gtk_widget_set_visual(window_.get(), visual);
+}
+
+MenuLook GtkMenuWindow::look() const noexcept {
+    return {static_cast<double>(gtk_widget_get_scale_factor(window_.get())),
+            isTranslucent_ ? kCornerRadius : 0};
+}
+
+/// Clips to the window's shape where something of the corners is painted.
+void GtkMenuWindow::cutCorners(cairo_t* cairo) const noexcept {
+    const double right = size_.width - kCornerRadius, low = size_.height - kCornerRadius;
+    const bool touches = std::ranges::any_of(parts_, [&](const Rect& part) {
+        return (part.x < kCornerRadius || part.x + part.width > right) &&
+               (part.y < kCornerRadius || part.y + part.height > low);
+    });
+    if (!isTranslucent_ || !touches)
+        return;
+    cairo_save(cairo);
+    cairo_set_operator(cairo, CAIRO_OPERATOR_CLEAR);
+    cairo_paint(cairo);
+    cairo_restore(cairo);
+    constexpr double kQuarter = std::numbers::pi / 2;
+    cairo_new_path(cairo);
+    cairo_arc(cairo, right, kCornerRadius, kCornerRadius, -kQuarter, 0);
+    cairo_arc(cairo, right, low, kCornerRadius, 0, kQuarter);
+    cairo_arc(cairo, kCornerRadius, low, kCornerRadius, kQuarter, 2 * kQuarter);
+    cairo_arc(cairo, kCornerRadius, kCornerRadius, kCornerRadius, 2 * kQuarter, 3 * kQuarter);
+    cairo_close_path(cairo);
+    cairo_clip(cairo);
 }
 
 void GtkMenuWindow::place() noexcept {
@@ -81,6 +123,7 @@ void GtkMenuWindow::repaint(const Rect& part) noexcept {
 gboolean GtkMenuWindow::drawn(GtkWidget*, cairo_t* cairo, gpointer self) noexcept {
     auto* const window = static_cast<GtkMenuWindow*>(self);
     readParts(cairo, window->parts_);
+    window->cutCorners(cairo);
     window->owner_.paintWindow(*window, cairo, window->parts_);
     return TRUE;
 }

@@ -45,7 +45,7 @@ public:
     GtkWidget* widget() const noexcept { return window_.get(); }
     GdkWindow* window() const noexcept { return gtk_widget_get_window(window_.get()); }
     Size size() const noexcept { return size_; }
-    double scale() const noexcept { return gtk_widget_get_scale_factor(window_.get()); }
+    MenuLook look() const noexcept;
     void show() noexcept { gtk_widget_show(window_.get()); }
     void resize(Size size) noexcept;
     void repaint(const Rect& part) noexcept;
@@ -55,7 +55,9 @@ private:
     static gboolean happened(GtkWidget*, GdkEvent* event, gpointer self) noexcept;
     static void moved(GdkWindow*, const GdkRectangle*, const GdkRectangle* final, gboolean,
                       gboolean, gpointer self) noexcept;
+    void makeTranslucent() noexcept;
     void place() noexcept;
+    void cutCorners(cairo_t* cairo) const noexcept;
 
     const MenuWindowID id_;
     MenuPlace place_;
@@ -63,6 +65,7 @@ private:
     GtkMenuWindowOwner& owner_;
     OwnedWindow window_;
     std::vector<Rect> parts_;  // of one paint
+    bool isTranslucent_ = false;
 };
 
 }  // namespace vantor

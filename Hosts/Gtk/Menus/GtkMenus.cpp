@@ -210,7 +210,7 @@ void GtkMenus::repaint(MenuWindowID window, const Rect& part) noexcept {
 void GtkMenus::paintWindow(const GtkMenuWindow& window, cairo_t* cairo,
                            std::span<const Rect> parts) noexcept {
     if (owner_ != nullptr)
-        owner_->paintMenu(cairo, window.id(), parts, window.scale());
+        owner_->paintMenu(cairo, window.id(), parts, window.look());
 }
 
 void GtkMenus::windowMoved(const GtkMenuWindow& window, const Rect& inParent) noexcept {
