@@ -85,12 +85,12 @@ std::vector<Graphics> graphicsOf(Registry& registry) {
     std::vector<Graphics> found;
     for (const RegistryObject& device :
          registry.objectsMatching({{std::string(kMatchServiceClass), "IOPCIDevice"}})) {
-        const auto text = [&](std::string_view key) {
+        const auto told = [&](std::string_view key) {
             return GPUStatCollector::convertString(device->property(key)).stringValue();
         };
-        if (text("IOName") != "display")
+        if (told("IOName") != "display")
             continue;
-        const std::string model = text("model");
+        const std::string model = told("model");
         const bool isBuiltIn = found.empty() && !device->property("built-in").isNothing();
         found.push_back({model, isBuiltIn || modelContains(model, "intel")});
     }
