@@ -43,6 +43,13 @@ void paintHistoryGraph(const VTRMenuItem& stack, int mode) {
         item->historyGraph->setNeedsDisplay();
 }
 
+/// The graphs of the cores, while somebody looks at them.
+void paintCoresOnScreen(const VTRMenuItem& stack) {
+    for (const auto& core : stack.menuItemsOrdered())
+        if (core->historyGraph && core->historyGraph->window() != nullptr)
+            core->historyGraph->setNeedsDisplay();
+}
+
 double boottime() { return UptimeStatCollector::sharedUptimeCollector().boottime(); }
 
 }  // namespace
@@ -64,6 +71,8 @@ void StatInterfaceCPU::cpuCollectorUpdatedForMode(int mode) {
     uptimeItem_->label->setStringValue(uptime());
     if (uptimeMenuOpen_)
         showUptime();
+    for (const Item& stack : {coresNormalItem_, coresHyperItem_})
+        paintCoresOnScreen(*stack);
 }
 
 /// Idle is what the rounded figures leave, so that the three lines add up.
