@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include "Foundation/Colour.h"
+#include "Hosts/Menu/MenuSentences.h"
 #include "Painting/Context.h"
 #include "Shared/MenuExtra.h"
 #include "Shared/ProcessContext.h"
@@ -173,6 +174,12 @@ void BarHost::paintBackdrop(Painting::Context& context, Size size) const noexcep
     if (options_.backdrop == BarBackdrop::own)
         context.fill(Rect{0, 0, size.width, size.height}, shownDark_ ? kDarkBar : kLightBar);
 }
+
+std::string BarHost::itemName() noexcept {
+    return extra_ != nullptr ? std::string(extra_->AXDescription()) : std::string();
+}
+
+std::string BarHost::itemSentence() noexcept { return vantor::itemSentence(); }
 
 void BarHost::itemPressed(BarID bar) noexcept {
     const bool closes = menuBar_ == bar;

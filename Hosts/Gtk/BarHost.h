@@ -54,6 +54,8 @@ private:
 
     void display(Sample sample) override;
     void paint(_cairo* cairo, BarID bar, Size size) noexcept override;
+    std::string itemName() noexcept override;
+    std::string itemSentence() noexcept override;
     void itemPressed(BarID bar) noexcept override;
     void barsChanged() noexcept override;
 

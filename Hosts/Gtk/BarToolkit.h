@@ -45,6 +45,9 @@ public:
     /// `cairo` is at the upper left of a bar of that size, in points, and clipped to what is to be
     /// painted.
     virtual void paint(_cairo* cairo, BarID bar, Size size) noexcept = 0;
+    /// What the item is called, and what it shows, for those who can't see it.
+    virtual std::string itemName() noexcept = 0;
+    virtual std::string itemSentence() noexcept = 0;
     /// The item in that bar was pressed with the first button.
     virtual void itemPressed(BarID bar) noexcept = 0;
     /// Bars came, went, or have another scale.

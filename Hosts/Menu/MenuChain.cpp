@@ -90,6 +90,10 @@ void MenuChain::highlight(std::size_t level, const Row* row) {
     if (highlighted.highlighted.lock() == item)
         return;
     highlighted.highlighted = item;
+    if (row != nullptr)
+        windows_->rowHighlighted(
+            highlighted.window,
+            static_cast<std::size_t>(row - highlighted.picture->layout().rows().data()));
     VTRMenu* const menu = highlighted.picture->menu();
     if (menu != nullptr && menu->delegate() != nullptr)
         menu->delegate()->menuWillHighlightItem(*menu, item.get());

@@ -117,7 +117,7 @@ void MenuPicture::paint(Painting::Context& context, std::span<const Rect> parts)
 }
 
 void MenuPicture::paintPart(Painting::Context& context, const Rect& part) {
-    context.fill(part, background_.value_or(menuBackground()));
+    context.fill(part, menuBackground());
     if (menu_.get() == nullptr)
         return;
     for (const MenuLayout::Row& row : layout_.rows()) {
@@ -135,7 +135,7 @@ void MenuPicture::paintPart(Painting::Context& context, const Rect& part) {
 }
 
 void MenuPicture::paintArrow(Painting::Context& context, const Rect& place, Arrow arrow) {
-    context.fill(place, background_.value_or(menuBackground()));
+    context.fill(place, menuBackground());
     const double middle = place.x + place.width / 2;
     const double high = place.y + (place.height - kArrowRise) / 2, low = high + kArrowRise;
     const double tip = arrow == Arrow::up ? high : low, base = arrow == Arrow::up ? low : high;

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <optional>
+#include <cstdint>
 #include <span>
 
-#include "Foundation/Colour.h"
 #include "Foundation/WeakHandle.h"
 #include "Hosts/Menu/MenuGeometry.h"
 #include "Hosts/Menu/MenuLayout.h"
@@ -69,7 +68,6 @@ public:
 
     void menuChanged(VTRMenu& menu) override;
     void setNeedsDisplay(View& root, View& view) override;
-    void setBackground(const std::optional<Colour>& colour) override { background_ = colour; }
 
 private:
     Rect window() const noexcept { return {0, 0, layout_.size().width, scroll_.window}; }
@@ -84,7 +82,6 @@ private:
     MenuPictureOwner& owner_;
     MenuLayout layout_;
     MenuScroll scroll_;
-    std::optional<Colour> background_;
     bool isLayingOut_ = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Hosts/Menu/MenuSentences.h"
 #include "Painting/Context.h"
 
 namespace vantor {
@@ -82,6 +83,41 @@ void MenuSession::keyPressed(MenuKey key) noexcept {
         dismissed();
     else
         keyboard_.press(key);
+}
+
+std::size_t MenuSession::describedRows(MenuWindowID window) noexcept {
+    const auto level = menus_.levelOf(window);
+    return level ? menus_.picture(*level).layout().rows().size() : 0;
+}
+
+MenuRowDescription MenuSession::describedRow(MenuWindowID window, std::size_t index) noexcept {
+    const auto level = menus_.levelOf(window);
+    if (!level || index >= describedRows(window))
+        return {};
+    const MenuPicture& picture = menus_.picture(*level);
+    MenuRowDescription row = vantor::describedRow(picture.layout(), index);
+    row.place.y -= picture.scroll().offset;
+    return row;
+}
+
+bool MenuSession::isRowHighlighted(MenuWindowID window, std::size_t index) noexcept {
+    const auto level = menus_.levelOf(window);
+    return level && index < describedRows(window) &&
+           menus_.highlightedRow(*level) == &menus_.picture(*level).layout().rows()[index];
+}
+
+/// In its middle, where it shows.
+void MenuSession::rowPressed(MenuWindowID window, std::size_t index) noexcept {
+    const auto level = menus_.levelOf(window);
+    if (!level || index >= describedRows(window))
+        return;
+    MenuPicture& picture = menus_.picture(*level);
+    const auto& row = picture.layout().rows()[index];
+    picture.reveal(row);
+    const Rect frame = picture.frameOf(row);
+    const Point middle{frame.x + frame.width / 2, frame.y + frame.height / 2};
+    pointer_.press(*level, middle);
+    pointer_.release(*level, middle);
 }
 
 void MenuSession::textTyped(std::string_view text) noexcept { keyboard_.type(text); }

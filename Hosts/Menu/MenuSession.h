@@ -39,6 +39,10 @@ private:
     void pointerReleased(MenuWindowID window, Point at) noexcept override;
     void wheelTurned(MenuWindowID window, double notches) noexcept override;
     void keyPressed(MenuKey key) noexcept override;
+    std::size_t describedRows(MenuWindowID window) noexcept override;
+    MenuRowDescription describedRow(MenuWindowID window, std::size_t index) noexcept override;
+    bool isRowHighlighted(MenuWindowID window, std::size_t index) noexcept override;
+    void rowPressed(MenuWindowID window, std::size_t index) noexcept override;
     void textTyped(std::string_view text) noexcept override;
     void dismissed() noexcept override;
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "Foundation/Geometry.h"
@@ -32,6 +34,14 @@ struct MenuLook {
     double cornerRadius = 0;  // in points; what is outside of the corners isn't seen
 };
 
+/// A row of a menu, as assistive technology is told of it.
+struct MenuRowDescription {
+    enum class Role : std::uint8_t { head, text, item, menu };
+    Role role = Role::text;
+    std::string sentence;  // in the user's language
+    Rect place;            // in the window
+};
+
 /// Who fills the windows of menus, and hears what the user does in them. Places are in the window,
 /// from its upper left.
 class MenuWindowsOwner {
@@ -49,6 +59,12 @@ public:
     /// Positive away from the user's hand: the rows go up. One notch is 1.
     virtual void wheelTurned(MenuWindowID window, double notches) noexcept = 0;
     virtual void keyPressed(MenuKey key) noexcept = 0;
+    // For those who can't see it.
+    virtual std::size_t describedRows(MenuWindowID window) noexcept = 0;
+    virtual MenuRowDescription describedRow(MenuWindowID window, std::size_t index) noexcept = 0;
+    virtual bool isRowHighlighted(MenuWindowID window, std::size_t index) noexcept = 0;
+    /// What a press of the pointer there does.
+    virtual void rowPressed(MenuWindowID window, std::size_t index) noexcept = 0;
     /// What a key that isn't a MenuKey writes, in UTF-8.
     virtual void textTyped(std::string_view text) noexcept = 0;
     /// The user pressed elsewhere, or somebody took the keyboard or a window away: close them all.
@@ -76,6 +92,8 @@ public:
     virtual void resize(MenuWindowID window, Size size) noexcept = 0;
     /// Has that part painted soon.
     virtual void repaint(MenuWindowID window, const Rect& part) noexcept = 0;
+    /// For those who can't see it.
+    virtual void rowHighlighted(MenuWindowID window, std::size_t index) noexcept = 0;
     /// Together with all that were opened from it.
     virtual void close(MenuWindowID window) noexcept = 0;
 

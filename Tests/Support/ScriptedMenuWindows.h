@@ -52,6 +52,9 @@ public:
         if (find(window) != windows.end())
             repaints.push_back(part);
     }
+    void rowHighlighted(MenuWindowID, std::size_t index) noexcept override {
+        highlightedRow = index;
+    }
     void close(MenuWindowID window) noexcept override {
         windows.erase(find(window), windows.end());
     }
@@ -59,6 +62,7 @@ public:
     MenuWindowsOwner* owner = nullptr;
     std::vector<Window> windows;
     std::vector<Rect> repaints;
+    std::size_t highlightedRow = 0;
     double most = 2000;
     bool refuses = false, opensLeft = false;
     int opened = 0, resizes = 0;

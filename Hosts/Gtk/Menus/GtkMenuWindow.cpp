@@ -23,6 +23,20 @@ Rect rectOf(const GdkRectangle& rect) noexcept {
             static_cast<double>(rect.width), static_cast<double>(rect.height)};
 }
 
+AtkRole roleOf(MenuRowDescription::Role role) noexcept {
+    switch (role) {
+    case MenuRowDescription::Role::head:
+        return ATK_ROLE_HEADING;
+    case MenuRowDescription::Role::menu:
+        return ATK_ROLE_MENU;
+    case MenuRowDescription::Role::item:
+        return ATK_ROLE_MENU_ITEM;
+    case MenuRowDescription::Role::text:
+        break;
+    }
+    return ATK_ROLE_LABEL;
+}
+
 /// Whole points around what is to be painted; all of it where cairo can't tell.
 void readParts(cairo_t* cairo, std::vector<Rect>& into) {
     into.clear();
@@ -45,7 +59,7 @@ void readParts(cairo_t* cairo, std::vector<Rect>& into) {
 GtkMenuWindow::GtkMenuWindow(MenuWindowID id, const MenuPlace& place, Size size,
                              GtkMenuWindowOwner& owner)
     : id_(id), place_(place), size_(size), owner_(owner),
-      window_(gtk_window_new(GTK_WINDOW_POPUP)) {
+      window_(newDescribedWindow(GTK_WINDOW_POPUP, *this)) {
     GtkWidget* const widget = window_.get();
     GtkWindow* const window = GTK_WINDOW(widget);
     gtk_window_set_type_hint(window, GDK_WINDOW_TYPE_HINT_DROPDOWN_MENU);
@@ -118,6 +132,32 @@ void GtkMenuWindow::repaint(const Rect& part) noexcept {
     gtk_widget_queue_draw_area(window_.get(), static_cast<int>(left), static_cast<int>(top),
                                whole(part.x + part.width - left),
                                whole(part.y + part.height - top));
+}
+
+std::size_t GtkMenuWindow::describedParts() noexcept {
+    MenuWindowsOwner* const describer = owner_.describer();
+    return describer != nullptr ? describer->describedRows(id_) : 0;
+}
+
+DescribedPart GtkMenuWindow::describedPart(std::size_t index) noexcept {
+    MenuWindowsOwner* const describer = owner_.describer();
+    if (describer == nullptr)
+        return {};
+    const MenuRowDescription row = describer->describedRow(id_, index);
+    const Rect& place = row.place;
+    return {.role = roleOf(row.role),
+            .name = row.sentence,
+            .description = {},
+            .place = {static_cast<int>(place.x), static_cast<int>(place.y), whole(place.width),
+                      whole(place.height)},
+            .isEnabled = row.role == MenuRowDescription::Role::item ||
+                         row.role == MenuRowDescription::Role::menu,
+            .isFocused = describer->isRowHighlighted(id_, index)};
+}
+
+void GtkMenuWindow::pressPart(std::size_t index) noexcept {
+    if (MenuWindowsOwner* const describer = owner_.describer())
+        describer->rowPressed(id_, index);
 }
 
 gboolean GtkMenuWindow::drawn(GtkWidget*, cairo_t* cairo, gpointer self) noexcept {

@@ -4,6 +4,7 @@
 
 #include <gtk/gtk.h>
 
+#include "Hosts/Gtk/Menus/GtkDescribedWindow.h"
 #include "Hosts/Gtk/Menus/GtkOwned.h"
 #include "Hosts/Menu/MenuWindows.h"
 
@@ -29,13 +30,15 @@ public:
     virtual void windowMoved(const GtkMenuWindow& window, const Rect& inParent) noexcept = 0;
     /// Whether somebody did something with it.
     virtual bool handle(GdkEvent* event) noexcept = 0;
+    /// Who can be asked about the rows; null for nobody any more.
+    virtual MenuWindowsOwner* describer() noexcept = 0;
 
 protected:
     ~GtkMenuWindowOwner() = default;
 };
 
 /// A window for one menu, without decoration, above all others, that paints nothing of its own.
-class GtkMenuWindow {
+class GtkMenuWindow final : private WindowDescriber {
 public:
     GtkMenuWindow(MenuWindowID id, const MenuPlace& place, Size size, GtkMenuWindowOwner& owner);
     GtkMenuWindow(const GtkMenuWindow&) = delete;
@@ -49,8 +52,12 @@ public:
     void show() noexcept { gtk_widget_show(window_.get()); }
     void resize(Size size) noexcept;
     void repaint(const Rect& part) noexcept;
+    void tellHighlight(std::size_t row) noexcept { tellFocus(window_.get(), row); }
 
 private:
+    std::size_t describedParts() noexcept override;
+    DescribedPart describedPart(std::size_t index) noexcept override;
+    void pressPart(std::size_t index) noexcept override;
     static gboolean drawn(GtkWidget*, cairo_t* cairo, gpointer self) noexcept;
     static gboolean happened(GtkWidget*, GdkEvent* event, gpointer self) noexcept;
     static void moved(GdkWindow*, const GdkRectangle*, const GdkRectangle* final, gboolean,

@@ -185,11 +185,13 @@ void GtkMenus::close(MenuWindowID window) noexcept {
         return;
     if (windows_.front()->id() == window)
         release();
+    isClosing_ = true;
     for (bool isClosed = false; !isClosed && !windows_.empty();) {
         const auto closing = std::move(windows_.back());
         windows_.pop_back();
         isClosed = closing->id() == window;
     }
+    isClosing_ = false;
 }
 
 GtkMenuWindow* GtkMenus::find(MenuWindowID window) const noexcept {
@@ -207,6 +209,11 @@ void GtkMenus::repaint(MenuWindowID window, const Rect& part) noexcept {
         found->repaint(part);
 }
 
+void GtkMenus::rowHighlighted(MenuWindowID window, std::size_t index) noexcept {
+    if (GtkMenuWindow* const found = find(window))
+        found->tellHighlight(index);
+}
+
 void GtkMenus::paintWindow(const GtkMenuWindow& window, cairo_t* cairo,
                            std::span<const Rect> parts) noexcept {
     if (owner_ != nullptr)
@@ -220,7 +227,7 @@ void GtkMenus::windowMoved(const GtkMenuWindow& window, const Rect& inParent) no
 
 /// The grab brings events of all the program's windows here.
 bool GtkMenus::handle(GdkEvent* event) noexcept {
-    if (owner_ == nullptr || windows_.empty())
+    if (owner_ == nullptr || windows_.empty() || isClosing_)
         return false;
     Point point;
     switch (event->type) {

@@ -49,6 +49,7 @@ public:
     MenuWindowID openBeside(MenuWindowID parent, const Rect& row, Size size) noexcept override;
     void resize(MenuWindowID window, Size size) noexcept override;
     void repaint(MenuWindowID window, const Rect& part) noexcept override;
+    void rowHighlighted(MenuWindowID window, std::size_t index) noexcept override;
     void close(MenuWindowID window) noexcept override;
 
 private:
@@ -56,6 +57,7 @@ private:
                      std::span<const Rect> parts) noexcept override;
     void windowMoved(const GtkMenuWindow& window, const Rect& inParent) noexcept override;
     bool handle(GdkEvent* event) noexcept override;
+    MenuWindowsOwner* describer() noexcept override { return owner_; }
 
     /// As what the windows know it: only in here is it one.
     GtkMenuWindowOwner& windowOwner() noexcept { return *this; }
@@ -81,7 +83,7 @@ private:
     std::vector<std::unique_ptr<GtkMenuWindow>> windows_;  // each hangs at the one before
     std::vector<std::unique_ptr<GtkMenuWindow>> abandoned_;
     std::uint32_t windowsMade_ = 0;
-    bool holdsKeyboard_ = false, toldOpen_ = false;
+    bool holdsKeyboard_ = false, toldOpen_ = false, isClosing_ = false;
     int keyboardMode_ = 0;  // the layer's, before
 };
 

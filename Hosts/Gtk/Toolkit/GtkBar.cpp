@@ -29,7 +29,7 @@ int whole(double points) noexcept { return static_cast<int>(points); }
 
 GtkBar::GtkBar(BarID id, GdkMonitor* monitor, const BarOptions& options, BarOwner& owner)
     : id_(id), options_(options), owner_(owner), monitor_(GDK_MONITOR(g_object_ref(monitor))),
-      window_(gtk_window_new(GTK_WINDOW_TOPLEVEL)) {
+      window_(newDescribedWindow(GTK_WINDOW_TOPLEVEL, *this)) {
     GtkWidget* const widget = window_.get();
     GtkWindow* const window = GTK_WINDOW(widget);
     gtk_window_set_title(window, options_.title.c_str());
@@ -141,6 +141,17 @@ gboolean GtkBar::drawn(GtkWidget*, cairo_t* cairo, gpointer self) noexcept {
     const auto* const bar = static_cast<GtkBar*>(self);
     bar->owner_.paint(cairo, bar->id_, bar->size());
     return TRUE;
+}
+
+/// The item is all that there is in a bar.
+DescribedPart GtkBar::describedPart(std::size_t) noexcept {
+    const Rect frame = item();
+    return {.role = ATK_ROLE_PUSH_BUTTON,
+            .name = owner_.itemName(),
+            .description = owner_.itemSentence(),
+            .place = {whole(frame.x), whole(frame.y), whole(frame.width), whole(frame.height)},
+            .isEnabled = true,
+            .isFocused = false};
 }
 
 bool GtkBar::handlePress(const GdkEventButton& event) noexcept {

@@ -5,12 +5,13 @@
 #include <gtk/gtk.h>
 
 #include "Hosts/Gtk/BarToolkit.h"
+#include "Hosts/Gtk/Menus/GtkDescribedWindow.h"
 #include "Hosts/Gtk/Menus/GtkOwned.h"
 
 namespace vantor {
 
 /// One bar on one monitor: a window at its edge, with the room that it needs kept free.
-class GtkBar {
+class GtkBar final : private WindowDescriber {
 public:
     /// `options` and `owner` outlive the bar.
     GtkBar(BarID id, GdkMonitor* monitor, const BarOptions& options, BarOwner& owner);
@@ -39,6 +40,9 @@ private:
         void operator()(GdkMonitor* monitor) const noexcept { g_object_unref(monitor); }
     };
 
+    std::size_t describedParts() noexcept override { return 1; }
+    DescribedPart describedPart(std::size_t index) noexcept override;
+    void pressPart(std::size_t) noexcept override { owner_.itemPressed(id_); }
     static gboolean drawn(GtkWidget*, cairo_t* cairo, gpointer self) noexcept;
     static gboolean pressed(GtkWidget*, GdkEventButton* event, gpointer self) noexcept;
     static gboolean askedToClose(GtkWidget*, GdkEvent*, gpointer) noexcept;
