@@ -145,7 +145,8 @@ DescribedPart GtkMenuWindow::describedPart(std::size_t index) noexcept {
         return {};
     const MenuRowDescription row = describer->describedRow(id_, index);
     const Rect& place = row.place;
-    return {.role = roleOf(row.role),
+    const bool isFiller = row.role == MenuRowDescription::Role::text && row.sentence.empty();
+    return {.role = isFiller ? ATK_ROLE_FILLER : roleOf(row.role),
             .name = row.sentence,
             .description = {},
             .place = {static_cast<int>(place.x), static_cast<int>(place.y), whole(place.width),
