@@ -22,7 +22,7 @@ while [ $# -gt 0 ]; do
 done
 cd "$(dirname "$(readlink -f "$0")")"
 
-./build.sh release
+./build.sh release all benchmarks
 bin=build/release/bin
 if [ "$peers" = yes ]; then
     exec Benchmarks/Peers/compare.sh "$seconds" "$bin" "$document"

@@ -1,12 +1,16 @@
 #!/usr/bin/env bash
-# Usage: ./build.sh [--packages] [PRESET]      (of CMakePresets.json; without one: release)
-# Installs what is missing from packages.txt, then builds into build/PRESET; the programs are in
-# build/PRESET/bin. With --packages it only installs.
+# Usage: ./build.sh [--packages] [PRESET [TARGET...]]   (of CMakePresets.json; without one: release)
+# Installs what is missing from packages.txt, then builds into build/PRESET: all but the benchmarks,
+# or those targets ("programs" without the tests, "benchmarks"). The programs are in build/PRESET/bin.
+# With --packages it only installs.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")"
 only_packages=no
 [ "${1:-}" != --packages ] || { only_packages=yes && shift; }
 preset=${1:-release}
+shift $(($# > 0))
+targets=()
+[ $# -eq 0 ] || targets=(--target "$@")
 
 wanted_packages() {
     awk -v preset="$preset" '
@@ -47,4 +51,4 @@ flock 9  # two builds in one folder would trip over each other
 if [ ! -f "build/$preset/build.ninja" ]; then
     cmake --preset "$preset"
 fi
-cmake --build --preset "$preset"  # configures again by itself where a list of sources changed
+cmake --build --preset "$preset" "${targets[@]}"  # configures again by itself where a list of sources changed

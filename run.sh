@@ -19,7 +19,7 @@ offer_daemon() {
         org.freedesktop.DBus.ReloadConfig >/dev/null 2>&1 || return 0
 }
 
-"$here/build.sh" release 2>&1 |
+"$here/build.sh" release programs 2>&1 |
     sed -u -e '/^ninja: no work to do/d' -e '/Re-checking globbed directories/d' >&2
 offer_daemon
 exec "$here/build/release/bin/vantorbar" run "$@"

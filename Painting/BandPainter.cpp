@@ -254,13 +254,18 @@ void BandPainter::fillBetween(ImageSurface& surface, const Rect& clip, Line one,
     }
 }
 
+// What a sample adds to a graph has fewer: it finds room from the first one on.
+constexpr std::size_t kStripPoints = 64;
+
 void BandPainter::stroke(ImageSurface& surface, const Rect& clip, Line line, double width,
                          const Colour& colour) {
     if (line.size() < 2)
         return;
     const double half = width / 2;
-    upper_.clear();
-    lower_.clear();
+    for (std::vector<Point>* const edge : {&upper_, &lower_}) {
+        edge->clear();
+        edge->reserve(kStripPoints);
+    }
     Point before = normal(line[0], line[1], half);
     addEnd(upper_, lower_, line.front(), before, true);
     for (std::size_t index = 1; index + 1 < line.size(); ++index) {

@@ -89,6 +89,8 @@ complete -c vantorbar -n '__vantorbar_at snapshot' -l scale -x -a '1 2 3' -d 'Pi
 complete -c vantorbar -n '__vantorbar_at snapshot' -l dark -d 'As on a dark desktop'
 complete -c vantorbar -n '__vantorbar_at snapshot' -l contrast -d 'As with increased contrast'
 complete -c vantorbar -n '__vantorbar_at snapshot' -l menu-open -d 'As while its menu is open'
+complete -c vantorbar -n '__vantorbar_at snapshot' -l dropdown -d 'Not the item, but its dropdown'
+complete -c vantorbar -n '__vantorbar_at snapshot' -l submenu -x -a 'cores history load uptime' -d 'Of the dropdown'
 complete -c vantorbar -n '__vantorbar_at snapshot' -l background -x -d 'Behind the item'
 complete -c vantorbar -n '__vantorbar_at snapshot' -l set -x -a '(__vantorbar_keys)=' -d 'Another setting'
 complete -c vantorbar -n '__vantorbar_at snapshot' -l catalogue -d 'All rows of the dropdown'

@@ -20,7 +20,7 @@ using testing::HasSubstr;
 
 constexpr int kWidth = 600, kHeight = 160, kPanelHeight = 26, kSideWidth = 30;
 // Inside the panel, away from the items at its left end and its right end.
-constexpr int kEmptyX = 400, kEmptyY = 6;
+constexpr int kEmptyX = 250, kEmptyY = 6;
 constexpr int kMenuX = 60, kMenuY = 60;  // inside of a menu below the item
 
 const fs::path kPlugins = VANTOR_PLUGINS_DIR, kPanels = VANTOR_PANELS_DIR;
