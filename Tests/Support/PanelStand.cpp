@@ -70,6 +70,10 @@ Words PanelStand::environment() const {
 }
 
 void PanelStand::start(const Words& panel) {
+    // What the bus starts for the panel would have the environment of the test.
+    Words update = environment();
+    update.insert(update.begin(), "dbus-update-activation-environment");
+    run(update);
     std::string script = mounts_ + "exec";
     for (const std::string& word : panel)
         script += fmt::format(" '{}'", word);

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ranges>
 #include <utility>
 
 #include <gdk/gdkwayland.h>
 #include <gtk-layer-shell/gtk-layer-shell.h>
 
 #include "Hosts/Gtk/Menus/GtkMenuKeys.h"
+#include "Hosts/Gtk/Menus/GtkPointer.h"
 
 namespace vantor {
 namespace {
@@ -268,13 +270,10 @@ bool GtkMenus::handle(GdkEvent* event) noexcept {
 
 /// The window that the pointer is really in, and where. Under a grab events name another one.
 const GtkMenuWindow* GtkMenus::windowAt(const GdkEvent* event, Point& point) const noexcept {
-    double x = 0, y = 0;
-    gdk_event_get_coords(event, &x, &y);
-    GdkWindow* const of = gdk_event_get_window(event);
-    for (const auto& window : windows_)
-        if (window->window() == of && x >= 0 && y >= 0 && x < window->size().width &&
-            y < window->size().height) {
-            point = {x, y};
+    for (const auto& window : windows_ | std::views::reverse)  // the last one is the uppermost
+        if (const auto place = pointerIn(window->window(), event);
+            place && isInside(*place, window->size())) {
+            point = *place;
             return window.get();
         }
     return nullptr;

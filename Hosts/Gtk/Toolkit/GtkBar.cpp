@@ -6,6 +6,8 @@
 #include <gdk/gdkx.h>
 #include <gtk-layer-shell/gtk-layer-shell.h>
 
+#include "Hosts/Gtk/Menus/GtkPointer.h"
+
 namespace vantor {
 namespace {
 
@@ -156,11 +158,12 @@ DescribedPart GtkBar::describedPart(std::size_t) noexcept {
 
 bool GtkBar::handlePress(const GdkEventButton& event) noexcept {
     const Rect frame = item();
+    const auto place = pointerIn(gtk_widget_get_window(window_.get()),
+                                 reinterpret_cast<const GdkEvent*>(&event));
     // A double click is told as two presses, and then once more as what it is.
-    const bool isMeant = event.type == GDK_BUTTON_PRESS && event.button == GDK_BUTTON_PRIMARY &&
-                         event.window == gtk_widget_get_window(window_.get()) &&
-                         event.x >= frame.x && event.x < frame.x + frame.width && event.y >= 0 &&
-                         event.y < frame.height;
+    const bool isMeant =
+        event.type == GDK_BUTTON_PRESS && event.button == GDK_BUTTON_PRIMARY && place &&
+        isInside({place->x - frame.x, place->y}, {frame.width, frame.height});
     if (isMeant)
         owner_.itemPressed(id_);
     return isMeant;

@@ -110,7 +110,7 @@ MenuWindows& GtkPanel::menusAt(BarID bar) noexcept {
 /// The item is pressed while its menu holds the pointer, there or in another place.
 bool GtkPanel::pressElsewhere(const GdkEventButton& event) noexcept {
     return std::ranges::any_of(places_, [&](const auto& place) {
-        return event.window == gtk_widget_get_window(place->widget()) && place->handlePress(event);
+        return place->isUnder(event) && place->handlePress(event);
     });
 }
 

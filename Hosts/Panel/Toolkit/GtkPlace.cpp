@@ -3,6 +3,8 @@
 #include <cmath>
 #include <utility>
 
+#include "Hosts/Gtk/Menus/GtkPointer.h"
+
 namespace vantor {
 namespace {
 
@@ -85,6 +87,14 @@ gboolean GtkPlace::drawn(GtkWidget*, cairo_t* cairo, gpointer self) noexcept {
     place->listener_.paint(*place, cairo, {std::ceil(place->length_), kBarHeight});
     cairo_restore(cairo);
     return TRUE;
+}
+
+bool GtkPlace::isUnder(const GdkEventButton& event) const noexcept {
+    const GdkRectangle whole = wholeRect();
+    const auto point =
+        pointerIn(gtk_widget_get_window(widget_), reinterpret_cast<const GdkEvent*>(&event));
+    return point && isInside(*point, {static_cast<double>(whole.width),
+                                      static_cast<double>(whole.height)});
 }
 
 bool GtkPlace::handlePress(const GdkEventButton& event) noexcept {

@@ -38,6 +38,7 @@ public:
     GdkRectangle wholeRect() const noexcept;
     MenuDirection menuDirection() const noexcept;
     void menuChanged(bool isOpen) const noexcept;
+    bool isUnder(const GdkEventButton& event) const noexcept;
     /// Whether it is one that the item listens to.
     bool handlePress(const GdkEventButton& event) noexcept;
     void repaint() noexcept { gtk_widget_queue_draw(widget_); }
