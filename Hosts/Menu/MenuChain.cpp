@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "Hosts/Menu/MenuControls.h"
 #include "Painting/Path.h"
 #include "Shared/Views/DropdownTheme.h"
+#include "Shared/Views/StatInterfaceView.h"
 
 namespace vantor {
 namespace {
@@ -13,6 +15,11 @@ constexpr double kRingDistance = 2.5, kRingRadius = 4, kRingWidth = 1.5;
 
 Rect grown(const Rect& rect, double by) noexcept {
     return {rect.x - by, rect.y - by, rect.width + 2 * by, rect.height + 2 * by};
+}
+
+/// A row of buttons has a ring around one of them, at most.
+bool takesHighlight(const VTRMenuItem* item) {
+    return item != nullptr && item->view() != nullptr && buttonsIn(*item->view()).empty();
 }
 
 }  // namespace
@@ -96,7 +103,8 @@ void MenuChain::highlight(std::size_t level, const Row* row) {
             static_cast<std::size_t>(row - highlighted.picture->layout().rows().data()));
     VTRMenu* const menu = highlighted.picture->menu();
     if (menu != nullptr && menu->delegate() != nullptr)
-        menu->delegate()->menuWillHighlightItem(*menu, item.get());
+        menu->delegate()->menuWillHighlightItem(*menu,
+                                                takesHighlight(item.get()) ? item.get() : nullptr);
 }
 
 const MenuChain::Row* MenuChain::openRow(std::size_t level) const noexcept {

@@ -57,8 +57,9 @@ std::string Child::line() {
 
 std::string Child::rest() {
     std::string text;
-    for (char byte = 0; read(output_, &byte, 1) == 1;)
-        text += byte;
+    std::array<char, 65536> bytes;
+    for (ssize_t size = 0; (size = read(output_, bytes.data(), bytes.size())) > 0;)
+        text.append(bytes.data(), static_cast<std::size_t>(size));
     return text;
 }
 

@@ -47,11 +47,17 @@ protected:
         ASSERT_TRUE(comes(kItem, [](std::uint32_t pixel) { return pixel != kLightBar; }));
     }
 
-    /// In two steps, as no hand jumps: entering a window is no motion yet.
     void point(Pixel at) {
-        for (const int x : {at.x - 1, at.x})
-            pointer->move(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(at.y), kWidth,
-                          kHeight);
+        pointer->move(static_cast<std::uint32_t>(at.x), static_cast<std::uint32_t>(at.y), kWidth,
+                      kHeight);
+    }
+    /// As from a hand, which is never quite still: entering a window alone is no motion.
+    bool submenuComesAt(Pixel at) {
+        return test::runUntil(queue, [&] {
+            at.x ^= 1;
+            point(at);
+            return compositor.photograph().pixel(kSubmenu.x, kSubmenu.y) == kGround;
+        });
     }
     void press(Pixel at) {
         point(at);
@@ -85,8 +91,7 @@ TEST_F(WaylandMenuTest, AClickOnTheItemShowsTheDropdownAndTheNextOneTakesItAway)
 TEST_F(WaylandMenuTest, APointerThatRestsOnARowOpensItsSubmenuAndAClickElsewhereClosesAll) {
     press(kItem);
     ASSERT_TRUE(comes(kDropdown, kGround));
-    point(kGraphRow);
-    EXPECT_TRUE(comes(kSubmenu, kGround));
+    EXPECT_TRUE(submenuComesAt(kGraphRow));
     press(kElsewhere);
     EXPECT_TRUE(comes(kSubmenu, kNothing));
     EXPECT_TRUE(comes(kDropdown, kNothing));

@@ -117,6 +117,13 @@ TEST_F(MenuKeyboardTest, LeftAndRightGoAmongTheButtonsOfARowAndEnterPressesOne) 
     EXPECT_EQ(closed, 1);
 }
 
+TEST_F(MenuKeyboardTest, ARowOfButtonsIsNotHighlightedAsAWhole) {
+    launcher->view()->setHighlightable(true);
+    press(MenuKey::end);
+    EXPECT_EQ(highlighted(), launcher);
+    EXPECT_FALSE(launcher->view()->menuItemHighlighted());
+}
+
 TEST_F(MenuKeyboardTest, TheRingOfAButtonIsPaintedWhereItComesAndGoes) {
     press(MenuKey::end);
     windows.repaints.clear();
