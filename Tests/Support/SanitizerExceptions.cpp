@@ -1,7 +1,11 @@
 // Read by the sanitizers where a program is built with them: what libraries do that isn't ours.
 
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_options();
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
 extern "C" __attribute__((visibility("default"))) const char* __tsan_default_suppressions();
+
+/// What a program of ours writes is looked at by tests.
+const char* __lsan_default_options() { return "print_suppressions=0"; }
 
 /// Fontconfig keeps its patterns by offsets in place of pointers, which the sanitizer can't follow.
 const char* __lsan_default_suppressions() { return "leak:libfontconfig.so"; }
