@@ -262,6 +262,7 @@ protected:
                  "insert into hour_gpuhistory values (5, " +
                  std::to_string(kNow - 12) + ", 'Slot1', 7, 0.5)");
     }
+    ~VTRCPUModuleThreadTest() override { module.reset(); }  // before the queues that it waits for
 
     Ports threadedPorts() {
         Ports ports = overriddenPorts(world.machine.ports(),
